@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "platform/MSComm.h"
+
+namespace bn {
+
+/// The serial port on Asio. One helper thread does nothing but move bytes; every notification is
+/// handed to the user-interface thread.
+class PuertoAsio : public MSComm {
+ public:
+    /// Has a function run on the user-interface thread, later; called from the helper thread.
+    using EnInterfaz = std::function<void(std::function<void()>)>;
+    /// The device (path or system name) that stands for a channel number.
+    using DispositivoDe = std::function<std::string(int16_t canal)>;
+
+    PuertoAsio(EnInterfaz enInterfaz, DispositivoDe dispositivoDe);
+    ~PuertoAsio() override;
+
+    void CommPort(int16_t numero) override;
+    void Settings(const std::string& ajustes) override;
+    void PortOpen(bool abrir) override;
+    bool PortOpen() const override;
+    void Output(const std::string& bytes) override;
+    std::string Input() override;
+    void InBufferCount(int16_t cero) override;
+    int16_t CommEvent() const override;
+
+ private:
+    struct Interior;
+    std::shared_ptr<Interior> interior_;
+};
+
+}  // namespace bn
