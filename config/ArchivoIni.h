@@ -7,8 +7,9 @@
 namespace bn {
 
 /// A settings file in the usual INI syntax. Keys, sections, comments and blank lines that are not
-/// written stay where they were. Texts are UTF-8; the file keeps the encoding it was found in (UTF-8
-/// with or without byte-order mark when it is valid UTF-8, else Windows-1252), lines end CR LF.
+/// written stay where they were. Texts are UTF-8; the file keeps the encoding it was found in
+/// (UTF-8 with or without byte-order mark when it is valid UTF-8, else Windows-1252), lines end CR
+/// LF.
 class ArchivoIni {
  public:
     /// The file that the operations below work on.
