@@ -34,7 +34,15 @@ class CuentaAtras {
     Evento<> cambio;
 
  private:
-    // filled in with the implementation
+    enum class Muestra { kSegundos, kRetenida, kDeshabilitada };
+
+    void Tim_Timer();
+
+    std::function<bool()> iniciar_;
+    std::function<int32_t()> periodo_;
+    std::unique_ptr<Temporizador> Tim_;
+    int32_t segundos_ = 0;
+    Muestra muestra_ = Muestra::kDeshabilitada;
 };
 
 }  // namespace bn
