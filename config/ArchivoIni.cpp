@@ -21,7 +21,8 @@ std::string_view sacarLinea(std::string_view& texto) {
     const std::size_t fin = texto.find_first_of(kFinDeLinea);
     const std::string_view linea = texto.substr(0, fin);
     texto.remove_prefix(linea.size());
-    texto.remove_prefix(texto.starts_with(kFinDeLinea) ? 2 : std::min<std::size_t>(texto.size(), 1));
+    texto.remove_prefix(texto.starts_with(kFinDeLinea) ? 2
+                                                       : std::min<std::size_t>(texto.size(), 1));
     return linea;
 }
 

@@ -9,13 +9,13 @@
 namespace bn {
 
 /// A settings file in the usual INI syntax. Keys, sections, comments and blank lines that are not
-/// written stay where they were. Texts are UTF-8; the file keeps the encoding it was found in (UTF-8
-/// with or without byte-order mark when it is valid UTF-8, else Windows-1252), lines end CR LF. A
-/// text that Windows-1252 cannot hold turns the whole file into UTF-8.
+/// written stay where they were. Texts are UTF-8; the file keeps the encoding it was found in
+/// (UTF-8 with or without byte-order mark when it is valid UTF-8, else Windows-1252), lines end CR
+/// LF. A text that Windows-1252 cannot hold turns the whole file into UTF-8.
 ///
-/// Names are compared without letter case, and of several equal ones the first counts. Blanks around
-/// a key and around its value do not belong to them; a value that begins or ends with a blank is
-/// therefore written, and read back, between double quotation marks.
+/// Names are compared without letter case, and of several equal ones the first counts. Blanks
+/// around a key and around its value do not belong to them; a value that begins or ends with a
+/// blank is therefore written, and read back, between double quotation marks.
 class ArchivoIni {
  public:
     /// The file that the operations below work on. It is read once, when first needed.

@@ -103,44 +103,43 @@ struct Minusculas {
     int32_t distancia;
 };
 constexpr std::array<Minusculas, 32> kMinusculas = {{
-    {0x61, 0x7A, -32},      // basic Latin
-    {0xE0, 0xF6, -32},      // Western European
-    {0xF8, 0xFE, -32},      //
-    {0xFF, 0xFF, 121},      // y with diaeresis
-    {0x101, 0x12F, 0},      // Central European and the rest of Latin
-    {0x131, 0x131, -232},   // dotless i
-    {0x133, 0x137, 0},      //
-    {0x13A, 0x148, 0},      //
-    {0x14B, 0x177, 0},      //
-    {0x17A, 0x17E, 0},      //
-    {0x17F, 0x17F, -300},   // long s
-    {0x192, 0x192, -1},     // the florin sign
-    {0x1CE, 0x1DC, 0},      //
-    {0x1DF, 0x1EF, 0},      //
-    {0x1F9, 0x21F, 0},      //
-    {0x223, 0x233, 0},      //
-    {0x3AC, 0x3AC, -38},    // Greek
-    {0x3AD, 0x3AF, -37},    //
-    {0x3B1, 0x3C1, -32},    //
-    {0x3C2, 0x3C2, -31},    //
-    {0x3C3, 0x3CB, -32},    //
-    {0x3CC, 0x3CC, -64},    //
-    {0x3CD, 0x3CE, -63},    //
-    {0x430, 0x44F, -32},    // Cyrillic
-    {0x450, 0x45F, -80},    //
-    {0x461, 0x481, 0},      //
-    {0x48B, 0x4BF, 0},      //
-    {0x4C2, 0x4CE, 0},      //
-    {0x4CF, 0x4CF, -15},    //
-    {0x4D1, 0x52F, 0},      //
-    {0x1E01, 0x1E95, 0},    // Latin with further marks
-    {0x1EA1, 0x1EFF, 0},    //
+    {0x61, 0x7A, -32},     // basic Latin
+    {0xE0, 0xF6, -32},     // Western European
+    {0xF8, 0xFE, -32},     //
+    {0xFF, 0xFF, 121},     // y with diaeresis
+    {0x101, 0x12F, 0},     // Central European and the rest of Latin
+    {0x131, 0x131, -232},  // dotless i
+    {0x133, 0x137, 0},     //
+    {0x13A, 0x148, 0},     //
+    {0x14B, 0x177, 0},     //
+    {0x17A, 0x17E, 0},     //
+    {0x17F, 0x17F, -300},  // long s
+    {0x192, 0x192, -1},    // the florin sign
+    {0x1CE, 0x1DC, 0},     //
+    {0x1DF, 0x1EF, 0},     //
+    {0x1F9, 0x21F, 0},     //
+    {0x223, 0x233, 0},     //
+    {0x3AC, 0x3AC, -38},   // Greek
+    {0x3AD, 0x3AF, -37},   //
+    {0x3B1, 0x3C1, -32},   //
+    {0x3C2, 0x3C2, -31},   //
+    {0x3C3, 0x3CB, -32},   //
+    {0x3CC, 0x3CC, -64},   //
+    {0x3CD, 0x3CE, -63},   //
+    {0x430, 0x44F, -32},   // Cyrillic
+    {0x450, 0x45F, -80},   //
+    {0x461, 0x481, 0},     //
+    {0x48B, 0x4BF, 0},     //
+    {0x4C2, 0x4CE, 0},     //
+    {0x4CF, 0x4CF, -15},   //
+    {0x4D1, 0x52F, 0},     //
+    {0x1E01, 0x1E95, 0},   // Latin with further marks
+    {0x1EA1, 0x1EFF, 0},   //
 }};
 
 char32_t mayuscula(char32_t codigo) {
-    const auto* fila =
-        std::find_if(kMinusculas.begin(), kMinusculas.end(),
-                     [codigo](const Minusculas& m) { return codigo <= m.ultima; });
+    const auto* fila = std::find_if(kMinusculas.begin(), kMinusculas.end(),
+                                    [codigo](const Minusculas& m) { return codigo <= m.ultima; });
     if (fila == kMinusculas.end() || codigo < fila->primera) {
         return codigo;
     }

@@ -9,8 +9,8 @@
 
 namespace bn {
 
-/// Every setting of the program, kept in "bnDX5.ini" in its own folder. Texts are UTF-8, but for the
-/// framing characters, which are exactly one byte. Setters drop invalid values without a word.
+/// Every setting of the program, kept in "bnDX5.ini" in its own folder. Texts are UTF-8, but for
+/// the framing characters, which are exactly one byte. Setters drop invalid values without a word.
 class Setup {
  public:
     /// Defaults, then what the file holds, unchecked. Throws (with the file and the value) when a

@@ -150,8 +150,8 @@ bool esNumerico(std::string_view texto) {
         texto.remove_prefix(1);
     }
     const auto digitos = std::count_if(texto.begin(), texto.end(), esDigito);
-    const auto separadores = std::count(texto.begin(), texto.end(), ',') +
-                             std::count(texto.begin(), texto.end(), '.');
+    const auto separadores =
+        std::count(texto.begin(), texto.end(), ',') + std::count(texto.begin(), texto.end(), '.');
     return digitos > 0 && separadores <= 1 &&
            digitos + separadores == static_cast<std::ptrdiff_t>(texto.size());
 }
@@ -171,7 +171,8 @@ bool coincide(std::string_view texto, std::string_view patron) {
             reintento = t;
             continue;
         }
-        const Pieza pieza = p < patron.size() ? probar(patron.substr(p), texto[t]) : Pieza{1, false};
+        const Pieza pieza =
+            p < patron.size() ? probar(patron.substr(p), texto[t]) : Pieza{1, false};
         if (pieza.largo == 0) {
             return false;
         }

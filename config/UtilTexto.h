@@ -36,8 +36,8 @@ bool aBooleano(std::string_view texto);
 double numeroInicial(std::string_view texto);
 /// The nearest whole number, halves to the even neighbour.
 double redondearPar(double valor);
-/// True when the whole text, surrounding blanks ignored, is an optional sign and digits with at most
-/// one separator ("," or ".").
+/// True when the whole text, surrounding blanks ignored, is an optional sign and digits with at
+/// most one separator ("," or ".").
 bool esNumerico(std::string_view texto);
 
 /// A field for numbers lets this key through: digits, and the control keys below 32.
