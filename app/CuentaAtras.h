@@ -14,8 +14,8 @@ namespace bn {
 /// The automatic countdown: one tick a second, and a download at its end.
 class CuentaAtras {
  public:
-    /// iniciar starts a download and answers whether it did; periodo is the period in seconds, below
-    /// 1 for none.
+    /// iniciar starts a download and answers whether it did; periodo is the period in seconds,
+    /// below 1 for none.
     CuentaAtras(Plataforma& plataforma, std::function<bool()> iniciar,
                 std::function<int32_t()> periodo);
 
