@@ -68,7 +68,10 @@ bool apagaLaEntrada(std::string_view linea) {
 }
 
 [[noreturn]] void fallar(const fs::path& ruta, const std::error_code& error) {
-    throw ErrorFichero(ruta.string() + ": " + error.message());
+    const std::string causa = error == std::errc::permission_denied
+                                  ? "acceso denegado"
+                                  : "error " + std::to_string(error.value()) + " del sistema";
+    throw ErrorFichero(ficheros::aTexto(ruta) + ": " + causa);
 }
 
 }  // namespace
@@ -86,7 +89,7 @@ void ponerEnArranque(bool activo, const fs::path& programa) {
     std::error_code error;
     if (!activo) {
         fs::remove(entrada, error);
-        if (error && error != std::errc::not_a_directory) fallar(entrada, error);
+        if (error) fallar(entrada, error);
         return;
     }
     fs::create_directories(entrada.parent_path(), error);
