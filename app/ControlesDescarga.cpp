@@ -71,7 +71,7 @@ QWidget* ControlesDescarga::crearCabecera() {
     auto* fila = new QHBoxLayout(cabecera);
     fila->setContentsMargins(kMargen, 10, kMargen, 10);
     auto* icono = new QLabel(cabecera);
-    icono->setPixmap(QIcon(QStringLiteral(":/gancho.svg")).pixmap(kLadoDeIcono, kLadoDeIcono));
+    icono->setPixmap(QIcon(QStringLiteral(":/gancho.png")).pixmap(kLadoDeIcono, kLadoDeIcono));
     auto* titulo = new QLabel(QStringLiteral("Descarga de pesadas"), cabecera);
     agrandar(titulo, 1.25, true);
     colorear(titulo, Qt::white);
