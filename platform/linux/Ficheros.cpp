@@ -52,7 +52,10 @@ std::string causaDe(int error) {
 }
 
 [[noreturn]] void fallar(const std::filesystem::path& ruta, const std::string& causa) {
-    throw ErrorFichero(aTexto(ruta) + ": " + causa);
+    std::string texto = aTexto(ruta) + ": " + causa;
+    // what() ends at the first zero.
+    std::replace(texto.begin(), texto.end(), '\0', '?');
+    throw ErrorFichero(texto);
 }
 
 [[noreturn]] void fallar(const std::filesystem::path& ruta, int error) {
