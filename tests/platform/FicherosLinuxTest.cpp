@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <atomic>
 #include <csignal>
 #include <thread>
 
@@ -332,7 +333,9 @@ TEST(FicherosLinux, ASignalDoesNotBreakAWriteOff) {
     ASSERT_EQ(::mkfifo(ruta.c_str(), 0600), 0);
     struct sigaction accion {};
     struct sigaction vieja {};
-    accion.sa_handler = [](int) {};  // without SA_RESTART: calls end with EINTR
+    static std::atomic<int> senales;
+    senales = 0;
+    accion.sa_handler = [](int) { ++senales; };  // without SA_RESTART: calls end with EINTR
     ASSERT_EQ(::sigaction(SIGALRM, &accion, &vieja), 0);
     const itimerval cadaMilisegundo{{0, 1000}, {0, 1000}};
     const itimerval nunca{};
@@ -340,18 +343,28 @@ TEST(FicherosLinux, ASignalDoesNotBreakAWriteOff) {
     ASSERT_NE(lector, -1);
     const std::string bytes(1 << 20, 'z');
     std::size_t leidos = 0;
+    std::atomic<bool> escrito = false;
     std::thread leyendo([&] {
         sigset_t todas;
         ::sigfillset(&todas);
         ::pthread_sigmask(SIG_BLOCK, &todas, nullptr);
         std::array<char, 512> buffer{};
-        while (leidos < bytes.size()) {
+        // The pipe is full after one write; the signals after that one find nothing written.
+        while (senales < 10 && !escrito) {
+            std::this_thread::yield();
+        }
+        for (;;) {
+            const bool ultima = escrito;
             const ssize_t n = ::read(lector, buffer.data(), buffer.size());
+            if (n <= 0 && ultima) {
+                return;
+            }
             leidos += n > 0 ? static_cast<std::size_t>(n) : 0;
         }
     });
     ::setitimer(ITIMER_REAL, &cadaMilisegundo, nullptr);
     EXPECT_EQ(errorDe([&] { ficheros::anadir(ruta, bytes); }), "");
+    escrito = true;
     ::setitimer(ITIMER_REAL, &nunca, nullptr);
     leyendo.join();
     ::close(lector);
