@@ -16,12 +16,12 @@ namespace bn::xls {
 /// One part of a formula. Blanks and line feeds are kept where the file has a place for them.
 struct Nodo {
     enum class Tipo {
-        kLiteral,     // token: the whole token of a number, text, logical or error value
-        kReferencia,  // hojas and referencia
+        kLiteral,         // token: the whole token of a number, text, logical or error value
+        kReferencia,      // hojas and referencia
         kReferenciaRota,  // hojas and #REF!
-        kNombre,      // palabra
-        kCadena,      // operands and the operators between them, of one rank, from the left
-        kPrefijo,     // operador and its one operand
+        kNombre,          // palabra
+        kCadena,          // operands and the operators between them, of one rank, from the left
+        kPrefijo,         // operador and its one operand
         kPorcentaje,
         kParentesis,
         kFuncion,
@@ -44,8 +44,8 @@ struct Nodo {
     std::vector<Operador> operadores;
 };
 
-/// The parts of a formula text, leading "=" included. Throws excel::ErrorExcel, in Spanish, where the
-/// text is no formula, goes too deep or is too long.
+/// The parts of a formula text, leading "=" included. Throws excel::ErrorExcel, in Spanish, where
+/// the text is no formula, goes too deep or is too long.
 Nodo analizar(Notacion notacion, std::string_view formula, PosicionCelda celda);
 
 /// The code of an error value such as "#N/A" that texto begins with, and its length.

@@ -232,7 +232,8 @@ Rgce compilar(std::string_view formulaR1C1, PosicionCelda celda, ContextoFormula
 
 Rgce compilarNombre(std::string_view refersTo, const std::string& hojaActiva,
                     ContextoFormula& contexto) {
-    return Emisor(contexto, Hojas(hojaActiva, hojaActiva)).compilar(analizar(Notacion::kA1, refersTo, {}));
+    return Emisor(contexto, Hojas(hojaActiva, hojaActiva))
+        .compilar(analizar(Notacion::kA1, refersTo, {}));
 }
 
 }  // namespace bn::xls

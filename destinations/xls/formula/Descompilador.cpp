@@ -38,22 +38,38 @@ struct OperadorBinario {
 
 std::optional<OperadorBinario> operadorBinario(uint8_t id) {
     switch (id) {
-        case ptg::kAdd: return OperadorBinario{"+", 3};
-        case ptg::kSub: return OperadorBinario{"-", 3};
-        case ptg::kMul: return OperadorBinario{"*", 4};
-        case ptg::kDiv: return OperadorBinario{"/", 4};
-        case ptg::kPower: return OperadorBinario{"^", 5};
-        case ptg::kConcat: return OperadorBinario{"&", 2};
-        case ptg::kLt: return OperadorBinario{"<", 1};
-        case ptg::kLe: return OperadorBinario{"<=", 1};
-        case ptg::kEq: return OperadorBinario{"=", 1};
-        case ptg::kGe: return OperadorBinario{">=", 1};
-        case ptg::kGt: return OperadorBinario{">", 1};
-        case ptg::kNe: return OperadorBinario{"<>", 1};
-        case ptg::kUnion: return OperadorBinario{",", kUnion};
-        case ptg::kIsect: return OperadorBinario{" ", 8};
-        case ptg::kRange: return OperadorBinario{":", 9};
-        default: return std::nullopt;
+        case ptg::kAdd:
+            return OperadorBinario{"+", 3};
+        case ptg::kSub:
+            return OperadorBinario{"-", 3};
+        case ptg::kMul:
+            return OperadorBinario{"*", 4};
+        case ptg::kDiv:
+            return OperadorBinario{"/", 4};
+        case ptg::kPower:
+            return OperadorBinario{"^", 5};
+        case ptg::kConcat:
+            return OperadorBinario{"&", 2};
+        case ptg::kLt:
+            return OperadorBinario{"<", 1};
+        case ptg::kLe:
+            return OperadorBinario{"<=", 1};
+        case ptg::kEq:
+            return OperadorBinario{"=", 1};
+        case ptg::kGe:
+            return OperadorBinario{">=", 1};
+        case ptg::kGt:
+            return OperadorBinario{">", 1};
+        case ptg::kNe:
+            return OperadorBinario{"<>", 1};
+        case ptg::kUnion:
+            return OperadorBinario{",", kUnion};
+        case ptg::kIsect:
+            return OperadorBinario{" ", 8};
+        case ptg::kRange:
+            return OperadorBinario{":", 9};
+        default:
+            return std::nullopt;
     }
 }
 

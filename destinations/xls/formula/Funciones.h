@@ -11,14 +11,15 @@ namespace bn::xls {
 struct Funcion {
     uint16_t numero = 0;
     std::string_view nombre;
-    uint8_t minimo = 0;          // arguments
-    uint8_t maximo = 0;          // equal to minimo: the file does not store their count
+    uint8_t minimo = 0;  // arguments
+    uint8_t maximo = 0;  // equal to minimo: the file does not store their count
     char resultado = 'V';
     std::string_view parametros;  // the last one holds for all that follow
     bool volatil = false;
 
     char parametro(size_t i) const {
-        return parametros.empty() ? 'V' : parametros[i < parametros.size() ? i : parametros.size() - 1];
+        return parametros.empty() ? 'V'
+                                  : parametros[i < parametros.size() ? i : parametros.size() - 1];
     }
 };
 

@@ -18,7 +18,7 @@ constexpr int32_t kMenorExponenteLlano = -9;
 bool esCifra(char c) { return c >= '0' && c <= '9'; }
 
 struct Partes {
-    std::string cifras;    // significant ones, without leading zeros
+    std::string cifras;     // significant ones, without leading zeros
     int64_t exponente = 0;  // of ten, for the number that cifras is as an integer
 };
 
@@ -26,7 +26,8 @@ struct Partes {
 bool leerMantisa(std::string_view texto, size_t& pos, Partes& partes) {
     bool algunaCifra = false;
     bool decimales = false;
-    for (; pos < texto.size() && (esCifra(texto[pos]) || (texto[pos] == '.' && !decimales)); ++pos) {
+    for (; pos < texto.size() && (esCifra(texto[pos]) || (texto[pos] == '.' && !decimales));
+         ++pos) {
         if (texto[pos] == '.') {
             decimales = true;
             continue;

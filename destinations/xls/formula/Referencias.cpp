@@ -166,9 +166,9 @@ bool pareceReferencia(const std::string& palabra) {
     }
     const size_t letras = static_cast<size_t>(
         std::find_if(palabra.begin(), palabra.end(), esCifra) - palabra.begin());
-    const bool deA1 = letras <= 3 && letras < palabra.size() &&
-                      std::all_of(palabra.begin() + static_cast<std::ptrdiff_t>(letras),
-                                  palabra.end(), esCifra);
+    const bool deA1 =
+        letras <= 3 && letras < palabra.size() &&
+        std::all_of(palabra.begin() + static_cast<std::ptrdiff_t>(letras), palabra.end(), esCifra);
     size_t pos = 0;
     const auto saltar = [&](char letra) {
         if (mayuscula(caracter(palabra, pos)) != letra) return;

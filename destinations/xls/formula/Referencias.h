@@ -28,8 +28,8 @@ struct Referencia {
 
 enum class Notacion { kR1C1, kA1 };
 
-/// Reads the reference that begins at pos and moves pos behind it. Nothing (pos stays) when there is
-/// none; throws excel::ErrorExcel when it lies outside the sheet.
+/// Reads the reference that begins at pos and moves pos behind it. Nothing (pos stays) when there
+/// is none; throws excel::ErrorExcel when it lies outside the sheet.
 std::optional<Referencia> leerReferencia(Notacion notacion, std::string_view texto, size_t& pos,
                                          PosicionCelda celda);
 
@@ -42,11 +42,12 @@ std::string escribirHojas(const std::string& primera, const std::string& ultima)
 /// True for a byte that may stand in a sheet's or a name's bare word.
 bool esDePalabra(char c);
 
-/// As a token holds it, behind its identifier (and sheet number): 4 bytes for a cell, 8 for an area.
+/// As a token holds it, behind its identifier (and sheet number): 4 bytes for a cell, 8 for an
+/// area.
 void codificarReferencia(Rgce& rgce, const Referencia& referencia);
 
-/// Undoes codificarReferencia on 4 or 8 bytes. desde: the cell that relative coordinates count from,
-/// of a shared formula; nothing when they are absolute. Nothing when no such cell exists.
+/// Undoes codificarReferencia on 4 or 8 bytes. desde: the cell that relative coordinates count
+/// from, of a shared formula; nothing when they are absolute. Nothing when no such cell exists.
 std::optional<Referencia> decodificarReferencia(std::span<const uint8_t> bytes,
                                                 const PosicionCelda* desde);
 
