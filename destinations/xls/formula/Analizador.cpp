@@ -25,7 +25,6 @@ constexpr auto kErrores = std::to_array<std::pair<uint8_t, const char*>>({{0x00,
                                                                           {0x1D, "#NAME?"},
                                                                           {0x24, "#NUM!"},
                                                                           {0x2A, "#N/A"}});
-constexpr uint8_t kCodigoRef = 0x17;
 
 struct SignoOperador {
     std::string_view texto;
@@ -379,9 +378,9 @@ class Analizador {
     Nodo argumento() {
         const size_t inicio = pos_;
         leerBlancos();
-        if (actual() == ',' || actual() == ')') return {};
+        const bool falta = actual() == ',' || actual() == ')';
         pos_ = inicio;
-        return expresion(0);
+        return falta ? Nodo{} : expresion(0);
     }
 
     Notacion notacion_;
