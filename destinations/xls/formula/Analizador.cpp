@@ -84,7 +84,15 @@ class Analizador {
 
     [[noreturn]] void fallar(const std::string& motivo) const {
         throw excel::ErrorExcel("La fórmula no es correcta: " + motivo + " (posición " +
-                                std::to_string(pos_ + 1) + ").");
+                                std::to_string(caracteresDelante() + 1) + ").");
+    }
+
+    size_t caracteresDelante() const {
+        size_t n = 0;
+        for (const char c : texto_.substr(0, pos_)) {
+            if ((static_cast<unsigned char>(c) & 0xC0) != 0x80) ++n;
+        }
+        return n;
     }
 
     char actual() const { return pos_ < texto_.size() ? texto_[pos_] : '\0'; }
