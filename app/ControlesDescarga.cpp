@@ -211,8 +211,9 @@ QWidget* ControlesDescarga::crearCuenta() {
     auto* marco = nombrado(new QFrame(&ventana_), "frAuto");
     auto* fila = new QHBoxLayout(marco);
     fila->setContentsMargins(kMargen, 8, kMargen, 8);
-    lbAuto = nombrado(new EtiquetaPulsable(QStringLiteral("Próxima descarga automática (seg.):"), marco),
-                      "lbAuto");
+    lbAuto =
+        nombrado(new EtiquetaPulsable(QStringLiteral("Próxima descarga automática (seg.):"), marco),
+                 "lbAuto");
     lbAuto->setToolTip(QStringLiteral("Pulse para retener o reanudar la cuenta"));
     lbSeg = etiqueta("lbSeg", {}, marco);
     agrandar(lbSeg, 1.0, true);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QAbstractButton>
 #include <QWidget>
 #include <functional>
 #include <memory>
@@ -34,6 +35,7 @@ class fDescarga : public QWidget {
 
     void mostrarDestinos(bool hayExcel);
     void conectarControles();
+    void alPulsar(QAbstractButton* boton, std::function<void()> accion);
     void conectarBotones();
     void conectarDestinos();
     void conectarMenu();
