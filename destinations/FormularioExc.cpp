@@ -80,6 +80,10 @@ std::string FormularioExc::letras(int fila) const {
     return existe(fila) ? filas_[indice(fila)].letras : "";
 }
 
+std::string FormularioExc::apartadas(int fila) const {
+    return existe(fila) ? filas_[indice(fila)].apartadas : "";
+}
+
 void FormularioExc::alternar(int fila) {
     if (!existe(fila)) return;
     Fila& tocada = filas_[indice(fila)];

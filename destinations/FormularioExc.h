@@ -22,6 +22,8 @@ class FormularioExc {
     /// False, or no letters, for a row that does not exist.
     bool marcada(int fila) const;
     std::string letras(int fila) const;
+    /// The letters that an unchecked row keeps until it is checked again.
+    std::string apartadas(int fila) const;
     /// A press on the row's mark. Unchecking puts the letters aside, checking brings them back.
     void alternar(int fila);
 
