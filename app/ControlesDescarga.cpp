@@ -151,7 +151,6 @@ QWidget* ControlesDescarga::crearDestinos() {
                            QKeySequence(Qt::ALT | Qt::Key_3), marco);
     rejilla->addWidget(vTxto, 2, 2);
     rejilla->addWidget(cmdTxto, 2, 3);
-    QWidget::setTabOrder({cmdCom, ckXcel, vXcel, cmdXcel, ckTxto, vTxto, cmdTxto});
     return marco;
 }
 
