@@ -37,7 +37,6 @@ class Rescate {
 
  private:
     std::filesystem::path marca() const;
-    std::filesystem::path nombreLibre() const;
 
     Plataforma& plataforma_;
 };
