@@ -385,6 +385,7 @@ std::vector<std::string> ExcelDePrueba::ordenes() const {
 
 void ExcelDePrueba::anotar(const std::string& miembro, const std::string& linea) {
     llamadas.push_back(linea);
+    if (alLlamar) alLlamar(linea);
     for (auto& fallo : fallos_) {
         if (fallo.miembro == miembro && --fallo.faltan == 0) {
             throw excel::ErrorExcel(fallo.descripcion);
