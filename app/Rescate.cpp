@@ -13,10 +13,27 @@ namespace bn {
 
 namespace {
 
+constexpr std::string_view kFinDeLinea = "\r\n";
+
+/// A last line that was cut off before its end counts as well.
 std::size_t contarLineas(std::string_view texto) {
     std::size_t lineas = 0;
-    for (std::size_t i = 0; (i = texto.find("\r\n", i)) != std::string_view::npos; i += 2) ++lineas;
+    while (!texto.empty()) {
+        ++lineas;
+        const std::size_t fin = texto.find(kFinDeLinea);
+        if (fin == std::string_view::npos) break;
+        texto.remove_prefix(fin + kFinDeLinea.size());
+    }
     return lineas;
+}
+
+/// 0 when the file cannot be read: that it is kept matters more than how many it holds.
+std::size_t contarPesadas(const std::filesystem::path& fichero) {
+    try {
+        return contarLineas(ficheros::leer(fichero).value_or(""));
+    } catch (const ErrorFichero&) {
+        return 0;
+    }
 }
 
 }  // namespace
@@ -62,8 +79,7 @@ std::optional<Rescate::Pendientes> Rescate::recoger() {
         acabar();
         return std::nullopt;
     }
-    const auto contenido = ficheros::leer(*fichero);
-    return Pendientes{*fichero, contarLineas(contenido.value_or(""))};
+    return Pendientes{*fichero, contarPesadas(*fichero)};
 }
 
 }  // namespace bn
