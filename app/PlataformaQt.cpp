@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "app/TemporizadorQt.h"
-#include "config/APIsVarias.h"
 #include "config/ClavesAjenas.h"
 #include "destinations/excel/ObjectModel.h"
 #include "destinations/xls/MotorInterno.h"
@@ -35,7 +34,7 @@ std::unique_ptr<MSComm> PlataformaQt::nuevoPuerto() {
 
 std::string PlataformaQt::dispositivo(int16_t canal) const {
     const std::string propio = dispositivoDePuerto(rutaDelIni(*this), canal);
-    return propio.empty() ? linea::dispositivoDeCanal(canal) : propio;
+    return propio.empty() ? dispositivoDelCanal(canal) : propio;
 }
 
 std::unique_ptr<Temporizador> PlataformaQt::nuevoTemporizador() {
@@ -49,7 +48,7 @@ std::unique_ptr<excel::Application> PlataformaQt::nuevaAplicacionExcel(bool /*po
     throw excel::ErrorExcel("Este equipo no dispone de una hoja de cálculo");
 }
 
-double PlataformaQt::ahora() const { return escritorio::horaLocal(); }
+double PlataformaQt::ahora() const { return escritorio::ahora(); }
 
 void PlataformaQt::mensajeCritico(const std::string& texto) {
     QMessageBox caja(QMessageBox::Critical, QStringLiteral("bnDX5"), QString::fromStdString(texto));
@@ -59,11 +58,17 @@ void PlataformaQt::mensajeCritico(const std::string& texto) {
 }
 
 std::string PlataformaQt::carpetaEspecial(int32_t numero) const {
-    return numero == kCarpetaDocumentos ? escritorio::carpetaDocumentos() : std::string();
+    return escritorio::carpetaEspecial(numero);
 }
 
 int32_t PlataformaQt::abrirDocumento(const std::string& rutaODireccion) {
-    return escritorio::abrir(rutaODireccion);
+    return escritorio::abrirDocumento(rutaODireccion);
+}
+
+bool PlataformaQt::enArranque() const { return escritorio::estaEnArranque(); }
+
+void PlataformaQt::enArranque(bool activo) {
+    escritorio::ponerEnArranque(activo, escritorio::ejecutable());
 }
 
 }  // namespace bn

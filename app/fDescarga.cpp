@@ -3,7 +3,7 @@
 
 #include <QIcon>
 #include <QMetaObject>
-#include <QSignalBlocker>
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -63,7 +63,7 @@ struct fDescarga::Interior {
 fDescarga::fDescarga(Plataforma& plataforma, QWidget* padre) : QWidget(padre) {
     setObjectName(QStringLiteral("fDescarga"));
     setWindowTitle(QStringLiteral("bnDX5"));
-    setWindowIcon(QIcon(QStringLiteral(":/gancho.svg")));
+    setWindowIcon(QIcon(QStringLiteral(":/gancho.png")));
     MarcoPlano::poner(*this);
     interior_ = std::make_unique<Interior>(plataforma, *this);
 
