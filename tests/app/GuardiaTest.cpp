@@ -182,7 +182,7 @@ TEST_F(GuardiaPrueba, AnErrorOfADownloadPutsTheWeighingsAsideAndTellsWhatAndWher
     EXPECT_EQ(leerFichero(carpeta / kCopia), kDosPesadas);
     ASSERT_THAT(plataforma.mensajes, SizeIs(1));
     EXPECT_THAT(plataforma.mensajes[0], HasSubstr("la hoja está protegida"));
-    EXPECT_THAT(plataforma.mensajes[0], HasSubstr((carpeta / kCopia).string()));
+    EXPECT_THAT(plataforma.mensajes[0], HasSubstr(ficheros::aTexto(carpeta / kCopia)));
     EXPECT_EQ(averias, 1);
     EXPECT_EQ(mensajesAlAvisar, 1U) << "the user is told before all starts over";
     EXPECT_FALSE(std::filesystem::exists(marca)) << "the copy is not put aside a second time";

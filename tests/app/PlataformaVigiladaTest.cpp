@@ -10,6 +10,7 @@
 #include "app/PlataformaVigilada.h"
 #include "app/Rescate.h"
 #include "download/Descarga.h"
+#include "platform/Ficheros.h"
 #include "tests/soporte/CarpetaTemporal.h"
 #include "tests/soporte/ExcelDePrueba.h"
 #include "tests/soporte/TramasDePrueba.h"
@@ -117,7 +118,7 @@ TEST_F(PlataformaVigiladaPrueba, NothingReceivedIsLostWhenTheSavePassFails) {
     exterior.horaActual = 45000.5;
     auto cfg = std::make_shared<bn::Setup>(vigilada);
     cfg->LibroExcel("Pesadas.xls");
-    cfg->ArchivoTexto((carpeta / "Pesadas.txt").string());
+    cfg->ArchivoTexto(ficheros::aTexto(carpeta / "Pesadas.txt"));
     auto des = std::make_unique<Descarga>(vigilada);
     des->DatosCfg(cfg);
     enDescarga = true;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "destinations/XCel.h"
+#include "platform/Ficheros.h"
 #include "tests/soporte/CarpetaTemporal.h"
 #include "tests/soporte/ExcelDePrueba.h"
 
@@ -366,18 +367,18 @@ class XCelCopia : public XCelAbrir {
 };
 
 TEST_F(XCelCopia, KeepsAFileThatCouldNotBeOpenedBesideTheNewOne) {
-    xcel.AbrirParaEscribir(roto.string(), "Pesadas", true);
+    xcel.AbrirParaEscribir(ficheros::aTexto(roto), "Pesadas", true);
     EXPECT_THAT(copias(), IsEmpty()) << "nothing is touched before it is saved";
     xcel.Guardar("");
     EXPECT_THAT(copias(), ElementsAre("Pesadas.xls.20230315-120000.bak"));
     EXPECT_EQ(prueba::leerFichero(carpeta / copias()[0]), "no es un libro");
-    EXPECT_EQ(disco().count(roto.string()), 1U);
+    EXPECT_EQ(disco().count(ficheros::aTexto(roto)), 1U);
     EXPECT_THAT(mensajes(), IsEmpty());
 }
 
 TEST_F(XCelCopia, KeepsBothFilesOfOneSecond) {
     for (int vez = 0; vez < 2; ++vez) {
-        xcel.AbrirParaEscribir(roto.string(), "Pesadas", true);
+        xcel.AbrirParaEscribir(ficheros::aTexto(roto), "Pesadas", true);
         xcel.Guardar("");
         disco().clear();
     }
@@ -385,23 +386,23 @@ TEST_F(XCelCopia, KeepsBothFilesOfOneSecond) {
 }
 
 TEST_F(XCelCopia, KeepsNothingOfAWorkbookThatOpened) {
-    disco()[roto.string()].hojas = {{"Pesadas", {}}};
-    xcel.AbrirParaEscribir(roto.string(), "Pesadas", true);
+    disco()[ficheros::aTexto(roto)].hojas = {{"Pesadas", {}}};
+    xcel.AbrirParaEscribir(ficheros::aTexto(roto), "Pesadas", true);
     xcel.Guardar("");
     EXPECT_THAT(copias(), IsEmpty());
 }
 
 TEST_F(XCelCopia, KeepsNothingWhenItSavesElsewhereOrNotAtAll) {
-    xcel.AbrirParaEscribir(roto.string(), "Pesadas", true);
-    xcel.Guardar((carpeta / "otro.xls").string());
-    xcel.AbrirParaEscribir(roto.string(), "Pesadas", true);
+    xcel.AbrirParaEscribir(ficheros::aTexto(roto), "Pesadas", true);
+    xcel.Guardar(ficheros::aTexto(carpeta / "otro.xls"));
+    xcel.AbrirParaEscribir(ficheros::aTexto(roto), "Pesadas", true);
     xcel.Cerrar();
     EXPECT_THAT(copias(), IsEmpty());
 }
 
 TEST_F(XCelCopia, KeepsNothingWhereThereIsNoFile) {
     std::filesystem::remove(roto);
-    xcel.AbrirParaEscribir(roto.string(), "Pesadas", true);
+    xcel.AbrirParaEscribir(ficheros::aTexto(roto), "Pesadas", true);
     xcel.Guardar("");
     EXPECT_THAT(copias(), IsEmpty());
 }

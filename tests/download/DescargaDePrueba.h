@@ -28,7 +28,7 @@ class DescargaPrueba : public testing::Test {
  protected:
     void SetUp() override {
         cfg->UsoExcel(false);
-        cfg->ArchivoTexto(texto.string());
+        cfg->ArchivoTexto(ficheros::aTexto(texto));
         des.DatosCfg(cfg);
         des.PesadaRecibida.conectar([this](pesaDX5& pesada) {
             sucesos.push_back("pesada " + std::to_string(pesada.Albaran()) + " van " +

@@ -12,6 +12,7 @@ using testing::IsEmpty;
 using Textos = std::vector<std::string>;
 
 TEST_F(DescargaPrueba, AWeighingThatCannotBeStoredEndsTheDownloadUnacknowledged) {
+    if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "no disk is full here";
     empezar();
     llegaPesada(1);
     const std::string guardado = leerFichero(almacen);
@@ -33,6 +34,7 @@ TEST_F(DescargaPrueba, AWeighingThatCannotBeStoredEndsTheDownloadUnacknowledged)
 }
 
 TEST_F(DescargaPrueba, AnErrorOfTheSavePassReachesWhoeverDeliveredTheSummary) {
+    if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "no disk is full here";
     std::filesystem::create_symlink("/dev/full", texto);
     empezar();
     llegaPesada(1);
@@ -48,6 +50,7 @@ TEST_F(DescargaPrueba, AnErrorOfTheSavePassReachesWhoeverDeliveredTheSummary) {
 }
 
 TEST_F(DescargaPrueba, AnErrorOfTheSavePassAfterASilenceLeavesTheTimer) {
+    if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "no disk is full here";
     std::filesystem::create_symlink("/dev/full", texto);
     empezar();
     llegaPesada(1);
