@@ -5,8 +5,8 @@
 //
 // Makes the link ENLACE to a pseudo-terminal, starts the command, and answers its request with so
 // many long records. BAUDIOS 0 sends each frame in one burst; otherwise every byte, and every
-// answer, takes the time it would take on the wire. Writes one line of JSON. The command is asked
-// to end (SIGTERM) five seconds after the exchange, if it has not ended by then.
+// answer, takes the time it would take on the wire. Writes one line of JSON. A command that
+// does not end by itself is ended two seconds after the exchange.
 #include <sys/types.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -37,7 +37,7 @@ using std::chrono::nanoseconds;
 constexpr uint64_t kSemilla = 1;
 constexpr std::chrono::seconds kEsperaPeticion{60};
 constexpr std::chrono::seconds kEsperaRespuesta{10};
-constexpr std::chrono::seconds kGracia{5};
+constexpr std::chrono::seconds kGracia{2};
 
 /// The program under test, in a process of its own.
 class Probado {
@@ -45,6 +45,7 @@ class Probado {
     explicit Probado(char** orden) : pid_(fork()) {
         if (pid_ < 0) throw std::runtime_error("no process to be had");
         if (pid_ > 0) return;
+        setpgid(0, 0);
         sigset_t ninguna;
         sigemptyset(&ninguna);
         sigprocmask(SIG_SETMASK, &ninguna, nullptr);
@@ -57,14 +58,22 @@ class Probado {
     Probado(const Probado&) = delete;
     Probado& operator=(const Probado&) = delete;
     ~Probado() {
-        const Instante fin = ahora() + kGracia;
-        while (ahora() < fin && waitpid(pid_, nullptr, WNOHANG) == 0) usleep(10'000);
-        if (ahora() < fin) return;
-        kill(pid_, SIGTERM);
+        if (haTerminado()) return;
+        kill(-pid_, SIGTERM);
+        if (haTerminado()) return;
+        kill(-pid_, SIGKILL);
         waitpid(pid_, nullptr, 0);
     }
 
  private:
+    /// Waits for it, for a while.
+    bool haTerminado() const {
+        for (const Instante fin = ahora() + kGracia; ahora() < fin; usleep(10'000)) {
+            if (waitpid(pid_, nullptr, WNOHANG) != 0) return true;
+        }
+        return false;
+    }
+
     pid_t pid_;
 };
 
