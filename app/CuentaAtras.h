@@ -14,8 +14,8 @@ namespace bn {
 /// The automatic countdown: one tick a second, and a download at its end.
 class CuentaAtras {
  public:
-    /// iniciar starts a download and answers whether it did; periodo is the period in seconds, below
-    /// 1 for none.
+    /// iniciar starts a download and answers whether it did; periodo is the period in seconds,
+    /// below 1 for none.
     CuentaAtras(Plataforma& plataforma, std::function<bool()> iniciar,
                 std::function<int32_t()> periodo);
 
@@ -34,7 +34,15 @@ class CuentaAtras {
     Evento<> cambio;
 
  private:
-    // filled in with the implementation
+    enum class Muestra { kSegundos, kRetenida, kDeshabilitada };
+
+    void Tim_Timer();
+
+    std::function<bool()> iniciar_;
+    std::function<int32_t()> periodo_;
+    std::unique_ptr<Temporizador> Tim_;
+    int32_t segundos_ = 0;
+    Muestra muestra_ = Muestra::kDeshabilitada;
 };
 
 }  // namespace bn

@@ -1,32 +1,16 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <string>
 
+#include "config/CamposSetup.h"
 #include "platform/Plataforma.h"
 
 namespace bn {
 
-/// The fields of a weighing, in the order shared by worksheet columns, text layout and dialogs.
-enum CampoPesada : int32_t {
-    kFechaHora = 0,
-    kMatricula = 1,
-    kAlbaran = 2,
-    kCodigoA = 3,
-    kCodigoB = 4,
-    kCodigoC = 5,
-    kPesoTara = 6,
-    kPesoNeto = 7,
-};
-inline constexpr int32_t kCamposPesada = 8;
-
-/// The fields' names as the user sees them, UTF-8.
-const std::array<std::string, kCamposPesada>& nombresDeCampos();
-
-/// Every setting of the program, kept in "bnDX5.ini" in its own folder. Texts are UTF-8, but for the
-/// framing characters, which are exactly one byte. Setters drop invalid values without a word.
+/// Every setting of the program, kept in "bnDX5.ini" in its own folder. Texts are UTF-8, but for
+/// the framing characters, which are exactly one byte. Setters drop invalid values without a word.
 class Setup {
  public:
     /// Defaults, then what the file holds, unchecked. Throws (with the file and the value) when a
@@ -103,8 +87,8 @@ class Setup {
     void Update();
 
  private:
-    // filled in with the implementation
     Plataforma& plataforma_;
+    CamposSetup campos_;
 };
 
 }  // namespace bn

@@ -70,6 +70,19 @@ class XCel {
     void Cerrar();
 
  private:
+    bool iniciar(std::string& error);
+    void abandonar();
+    void soltar();
+    bool buscarHoja(const std::string& nombre);
+    void dejarSoloLaActual(std::string& error);
+    std::unique_ptr<excel::Range> celda(int16_t fila, int16_t columna);
+    void alinearColumna(int16_t columna, int32_t alineacion, float ancho);
+    std::unique_ptr<excel::NombreDefinido> buscarNombre(const std::string& nombre);
+    // Each throws excel::ErrorExcel when nothing is open.
+    excel::Application& aplicacion();
+    excel::Workbook& libro();
+    excel::Worksheet& hoja();
+
     Plataforma& plataforma_;
     std::unique_ptr<excel::Application> aplicacion_;
     std::unique_ptr<excel::Workbook> libro_;

@@ -23,8 +23,8 @@ inline constexpr int32_t kTerminada = 4;
 inline constexpr int32_t kFallida = 5;
 
 /// Runs one download: from the request to the weighings saved in their destinations. While the
-/// indicator sends, every weighing only goes into the frame store; the destinations are written when
-/// it has finished. Shows nothing; tells its owner through two events.
+/// indicator sends, every weighing only goes into the frame store; the destinations are written
+/// when it has finished. Shows nothing; tells its owner through two events.
 class Descarga {
  public:
     explicit Descarga(Plataforma& plataforma);
@@ -56,12 +56,13 @@ class Descarga {
     void mCom_Pesada(int32_t numero, bool& aceptada, pesaDX5& pesada);
     void mCom_Resumen(int32_t recibidas, const std::string& explicacion);
     void cambiarEstado(int32_t estado);
+    bool enCurso() const;
 
     Plataforma& plataforma_;
     int32_t estado_ = kEnReposo;
     std::shared_ptr<Setup> configuracion_;
-    std::unique_ptr<XCel> mExcel_;
     std::unique_ptr<sacoTramas> mSaco_;
+    std::unique_ptr<XCel> mExcel_;
     int32_t recibidas_ = 0;
     bool abortar_ = false;
     std::string explicacion_;

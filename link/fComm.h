@@ -57,6 +57,7 @@ class fComm {
     void pesadaRecibida();
     void contadorRecibido();
     void terminar(int32_t cuenta, std::string explicacion);
+    const char* mensajeDeSilencio() const;
     bool enCurso() const;
 
     pesaDX5 protocolo_;

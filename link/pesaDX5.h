@@ -3,7 +3,6 @@
 
 #include <array>
 #include <cstdint>
-#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -11,8 +10,8 @@
 
 namespace bn {
 
-/// The indicator's frames: recognises them, cuts their data into a weighing or a counter record, and
-/// holds the last one. Line texts: one byte a character, Windows-1252.
+/// The indicator's frames: recognises them, cuts their data into a weighing or a counter record,
+/// and holds the last one. Line texts: one byte a character, Windows-1252.
 ///
 /// Bad input is never an error: it gives type 0. Only the trace file of checksum mode 2 can throw
 /// (ErrorFichero).
@@ -63,14 +62,17 @@ class pesaDX5 {
     };
 
     int16_t analizar(std::string_view datos);
-    int16_t analizarContador(std::string_view datos);
-    int16_t analizarPesada(std::string_view datos, bool larga);
+    void analizarContador(std::string_view datos);
+    void analizarPesada(std::string_view datos);
+    void componerPatron();
+    bool esPesada() const;
     void trazar(std::string_view datos, unsigned char calculado, unsigned char recibido) const;
 
     Plataforma& plataforma_;
     std::string inicial_{"\x02"};
     std::string final_{"\x03"};
     std::string peticion_;
+    std::string patron_;
     int16_t checksum_ = 0;
     int16_t tipo_ = 0;
     std::string datos_;

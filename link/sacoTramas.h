@@ -10,8 +10,8 @@
 
 namespace bn {
 
-/// The frame store: keeps the data of every weighing of a download in "bnGuardo.txt", one a line, so
-/// that nothing acknowledged is lost before it has reached its destinations.
+/// The frame store: keeps the data of every weighing of a download in "bnGuardo.txt", one a line,
+/// so that nothing acknowledged is lost before it has reached its destinations.
 class sacoTramas {
  public:
     explicit sacoTramas(Plataforma& plataforma);
@@ -28,11 +28,13 @@ class sacoTramas {
     /// True when everything has been read.
     bool Final() const;
 
-    /// The store's file, UTF-8 free: a path of the system.
+    /// Where the store lies.
     static std::filesystem::path fichero(const Plataforma& plataforma);
 
  private:
     enum class Modo : int16_t { kNuevo = 0, kGuardando = 1, kLeyendo = 2, kLeido = 3 };
+
+    std::string leerLinea();
 
     Plataforma& plataforma_;
     Modo modo_ = Modo::kNuevo;

@@ -10,11 +10,12 @@
 #include "destinations/excel/Variante.h"
 
 /// The part of the spreadsheet application's object model that the program uses, member for member.
-/// Two backends stand behind it: the application itself through Automation, and the embedded engine.
+/// Two backends stand behind it: the application itself through Automation, and the embedded
+/// engine.
 ///
-/// Every object is released with its unique_ptr; an object outlived by its application answers every
-/// call with ErrorExcel. Every member throws ErrorExcel. Texts are UTF-8; rows, columns and indices
-/// are 1-based; number formats and formulas are in the application's English notation.
+/// Every object is released with its unique_ptr; an object outlived by its application answers
+/// every call with ErrorExcel. Every member throws ErrorExcel. Texts are UTF-8; rows, columns and
+/// indices are 1-based; number formats and formulas are in the application's English notation.
 namespace bn::excel {
 
 /// What the spreadsheet application says of a call it refused; what() is the description, UTF-8.

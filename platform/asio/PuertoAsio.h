@@ -6,11 +6,13 @@
 #include <string>
 
 #include "platform/MSComm.h"
+#include "platform/asio/AjustesLinea.h"
 
 namespace bn {
 
-/// The serial port on Asio. One helper thread does nothing but move bytes; every notification is
-/// handed to the user-interface thread.
+/// The serial port on Asio. One helper thread per opening does nothing but move bytes; every
+/// notification is handed to the user-interface thread, to which the object itself belongs. Channel
+/// and settings count from the next opening on.
 class PuertoAsio : public MSComm {
  public:
     /// Has a function run on the user-interface thread, later; called from the helper thread.
@@ -24,6 +26,7 @@ class PuertoAsio : public MSComm {
     void CommPort(int16_t numero) override;
     void Settings(const std::string& ajustes) override;
     void PortOpen(bool abrir) override;
+    /// False also when the device has vanished since it was opened.
     bool PortOpen() const override;
     void Output(const std::string& bytes) override;
     std::string Input() override;
@@ -31,8 +34,14 @@ class PuertoAsio : public MSComm {
     int16_t CommEvent() const override;
 
  private:
-    struct Interior;
-    std::shared_ptr<Interior> interior_;
+    class Apertura;
+
+    EnInterfaz enInterfaz_;
+    DispositivoDe dispositivoDe_;
+    int16_t canal_ = 1;
+    AjustesLinea ajustes_;
+    // Shared only so that a notification on its way can see that its opening is over.
+    std::shared_ptr<Apertura> apertura_;
 };
 
 }  // namespace bn

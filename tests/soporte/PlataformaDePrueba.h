@@ -54,7 +54,7 @@ class PlataformaDePrueba : public Plataforma {
 
     /// The last port created.
     PuertoDePrueba& puerto();
-    /// Lets virtual time pass; the timers fire in order. horaActual goes along.
+    /// Lets virtual time pass; the timers fire in order. horaActual stays as set.
     void avanzar(int32_t milisegundos);
 
     double horaActual = 0;              ///< what ahora() answers

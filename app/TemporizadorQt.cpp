@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#include "app/TemporizadorQt.h"
+
+#include <algorithm>
+
+namespace bn {
+
+TemporizadorQt::TemporizadorQt(Entrega& entrega) : entrega_(entrega) {
+    reloj_.setTimerType(Qt::PreciseTimer);
+    QObject::connect(&reloj_, &QTimer::timeout, &reloj_, [this] { avisar(); });
+}
+
+void TemporizadorQt::Interval(int32_t milisegundos) {
+    reloj_.setInterval(std::max(milisegundos, 1));
+}
+
+void TemporizadorQt::Enabled(bool activo) {
+    if (activo == reloj_.isActive()) return;
+    if (activo) {
+        reloj_.start();
+    } else {
+        reloj_.stop();
+        vigente_ = std::make_shared<bool>(true);
+        enEspera_ = false;
+    }
+}
+
+bool TemporizadorQt::Enabled() const { return reloj_.isActive(); }
+
+void TemporizadorQt::avisar() {
+    if (enEspera_) return;  // the last tick still waits: one is enough
+    enEspera_ = true;
+    entrega_.entregar([this, vigente = std::weak_ptr<bool>(vigente_)] {
+        if (vigente.expired()) return;
+        enEspera_ = false;
+        Timer();
+    });
+}
+
+}  // namespace bn

@@ -1,0 +1,255 @@
+// SPDX-License-Identifier: MIT
+#include "app/fDescarga.h"
+
+#include <QIcon>
+#include <QMetaObject>
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "app/Aspecto.h"
+#include "app/ControlesDescarga.h"
+#include "app/CuentaAtras.h"
+#include "app/Guardia.h"
+#include "app/PlataformaVigilada.h"
+#include "app/Rescate.h"
+#include "app/Version.h"
+#include "config/Setup.h"
+#include "download/Descarga.h"
+#include "platform/Ficheros.h"
+#include "ventanas/Estilo.h"
+#include "ventanas/MarcoPlano.h"
+
+namespace bn {
+
+namespace {
+
+constexpr int32_t kUltimaFase = 4;
+
+void colorear(QLabel& etiqueta, const QColor& color) {
+    QPalette paleta = etiqueta.palette();
+    paleta.setColor(QPalette::WindowText, color);
+    etiqueta.setPalette(paleta);
+}
+
+}  // namespace
+
+/// In order of creation: whatever is made by the platform goes before the guard it reports to.
+struct fDescarga::Interior {
+    Interior(Plataforma& exterior, QWidget& ventana)
+        : rescate(exterior),
+          guardia(exterior, rescate, [this] { return enDescarga(); }),
+          plataforma(exterior, [this](const auto& aviso) { guardia.atender(aviso); }),
+          cfg(std::make_shared<Setup>(plataforma)),
+          cuenta(
+              plataforma, [this] { return mDes && mDes->iniciarProceso(); },
+              [this] { return cfg->AutoCadaXSegs(); }),
+          ver(ventana) {}
+
+    bool enDescarga() const {
+        const int32_t estado = mDes ? mDes->Estado() : kEnReposo;
+        return estado == kPidiendo || estado == kRecibiendo || estado == kGuardando;
+    }
+
+    Rescate rescate;
+    Guardia guardia;
+    PlataformaVigilada plataforma;
+    std::shared_ptr<Setup> cfg;
+    std::unique_ptr<Descarga> mDes;
+    CuentaAtras cuenta;
+    ControlesDescarga ver;
+};
+
+fDescarga::fDescarga(Plataforma& plataforma, QWidget* padre) : QWidget(padre) {
+    setObjectName(QStringLiteral("fDescarga"));
+    setWindowTitle(QStringLiteral("bnDX5"));
+    setWindowIcon(QIcon(QStringLiteral(":/gancho.png")));
+    MarcoPlano::poner(*this);
+    interior_ = std::make_unique<Interior>(plataforma, *this);
+
+    auto& ver = interior_->ver;
+    const Setup& cfg = *interior_->cfg;
+    ver.lbVer->setText(QStringLiteral("ver. ") + QLatin1String(kVersion));
+    const bool hayExcel = XCel(interior_->plataforma).HayExcel();
+    if (!hayExcel) interior_->cfg->UsoExcel(false);
+    ver.ckXcel->setEnabled(hayExcel);
+    ver.ckXcel->setVisible(hayExcel);
+    ver.lbExcel->setVisible(hayExcel);
+    ver.frNoXcel->setVisible(!hayExcel);
+    ver.ckXcel->setChecked(cfg.UsoExcel());
+    ver.ckTxto->setChecked(cfg.UsoTexto());
+    refrescarRotulos();
+    conectarControles();
+    crearControlador();
+    mostrarBotones(kEnReposo);
+    ver.cmdDesc->setFocus();
+    interior_->cuenta.arrancar();
+    recogerRestos();
+}
+
+fDescarga::~fDescarga() {
+    interior_->mDes.reset();
+    interior_->cfg.reset();
+}
+
+void fDescarga::conectarControles() {
+    auto& ver = interior_->ver;
+    const auto alPulsar = [this](QAbstractButton* boton, std::function<void()> accion) {
+        connect(boton, &QAbstractButton::clicked, this,
+                [this, accion = std::move(accion)] { interior_->guardia.atender(accion); });
+    };
+    alPulsar(ver.cmdDesc, [this] { interior_->mDes->iniciarProceso(); });
+    alPulsar(ver.cmdAbor, [this] { interior_->mDes->Abortar(); });
+    alPulsar(ver.cmdLimp, [this] {
+        interior_->mDes->Reset();
+        if (interior_->cfg->AutoCadaXSegs() > 0) interior_->cuenta.arrancar();
+    });
+    alPulsar(ver.cmdCerr, [this] { close(); });
+    alPulsar(ver.ckXcel, [this] { cambiarDestinos(); });
+    alPulsar(ver.ckTxto, [this] { cambiarDestinos(); });
+    ver.lbAuto->alPulsar = [this] { interior_->guardia.atender([this] { pulsarCuenta(); }); };
+    interior_->cuenta.cambio.conectar([this] { mostrarCuenta(); });
+    // The failed call has still to unwind through what is about to be replaced.
+    interior_->guardia.averia.conectar([this] {
+        QMetaObject::invokeMethod(
+            this, [this] { empezarDeNuevo(); }, Qt::QueuedConnection);
+    });
+}
+
+void fDescarga::crearControlador() {
+    interior_->mDes = std::make_unique<Descarga>(interior_->plataforma);
+    interior_->mDes->DatosCfg(interior_->cfg);
+    interior_->mDes->PesadaRecibida.conectar([this](pesaDX5&) { mDes_PesadaRecibida(); });
+    interior_->mDes->CambioEstado.conectar([this](int32_t& estado) { mDes_CambioEstado(estado); });
+}
+
+void fDescarga::empezarDeNuevo() {
+    interior_->mDes.reset();  // closes its port before the new one can ask for it
+    crearControlador();
+    interior_->guardia.reanudar();
+    mDes_CambioEstado(kEnReposo);
+    interior_->cuenta.arrancar();
+}
+
+void fDescarga::recogerRestos() {
+    const auto restos = interior_->rescate.recoger();
+    if (!restos) return;
+    const std::string texto =
+        "La última descarga se cortó antes de terminar. Las " + std::to_string(restos->pesadas) +
+        " pesadas que se habían recibido se conservan en el fichero\n" +
+        ficheros::aTexto(restos->fichero) +
+        "\n\nCompruebe si están ya en sus destinos antes de volver a apuntarlas.";
+    // Told once the window is there, and without holding up the automatic downloads.
+    QMetaObject::invokeMethod(
+        this, [this, texto] { interior_->plataforma.mensajeCritico(texto); }, Qt::QueuedConnection);
+}
+
+void fDescarga::mDes_PesadaRecibida() {
+    auto& ver = interior_->ver;
+    ver.lbRx->setText(QString::number(interior_->mDes->numRecibidas()));
+    ver.lbRx->repaint();
+}
+
+void fDescarga::mDes_CambioEstado(int32_t estado) {
+    auto& ver = interior_->ver;
+    if (estado == kRecibiendo) interior_->rescate.empezar();
+    ver.lbRx->setText(QString::number(interior_->mDes->numRecibidas()));
+    mostrarBotones(estado);
+    mostrarFase(aspectoDeEstado(estado).fase);
+    mostrarResultado(estado);
+    // The save pass follows at once and holds the window until it ends.
+    if (estado == kGuardando) repaint();
+    if (estado == kTerminada || estado == kFallida) {
+        interior_->rescate.acabar();
+        if (interior_->cfg->AutoCadaXSegs() > 0) interior_->cuenta.arrancar();
+    }
+}
+
+void fDescarga::mostrarBotones(int32_t estado) {
+    const auto& visibles = aspectoDeEstado(estado).botones;
+    for (const Boton boton :
+         {Boton::kCerr, Boton::kMini, Boton::kDesc, Boton::kAbor, Boton::kLimp}) {
+        const bool visible = std::find(visibles.begin(), visibles.end(), boton) != visibles.end();
+        interior_->ver.boton(boton).setVisible(visible && boton != Boton::kMini);
+    }
+}
+
+/// A phase stands out in green when it appears, and those before it turn grey.
+void fDescarga::mostrarFase(int32_t fase) {
+    auto& ver = interior_->ver;
+    if (fase < kUltimaFase) ver.frResul->hide();
+    const std::array<std::array<QLabel*, 2>, 3> fases{{
+        {ver.lbFase1, ver.lbFase1},
+        {ver.lbFase2, ver.lbRx},
+        {ver.lbFase3, ver.lbGu},
+    }};
+    for (std::size_t i = 0; i < fases.size(); ++i) {
+        const bool visible = fase > static_cast<int32_t>(i);
+        const bool aparece = visible && fases[i][0]->isHidden();
+        for (auto* etiqueta : fases[i]) {
+            if (aparece) colorear(*etiqueta, estilo::kVerde);
+            etiqueta->setVisible(visible);
+        }
+        for (std::size_t anterior = 0; aparece && anterior < i; ++anterior) {
+            for (auto* etiqueta : fases[anterior]) colorear(*etiqueta, estilo::kGris);
+        }
+    }
+    if (fase < kUltimaFase) return;
+    for (const auto& etiquetas : fases) {
+        for (auto* etiqueta : etiquetas) colorear(*etiqueta, estilo::kGris);
+    }
+}
+
+void fDescarga::mostrarResultado(int32_t estado) {
+    auto& ver = interior_->ver;
+    const Resultado resultado = aspectoDeEstado(estado).resultado;
+    if (resultado == Resultado::kOculto) return;
+    const bool bien = resultado == Resultado::kBien;
+    ver.lbResulBien->setVisible(bien);
+    ver.lbResulMal->setVisible(!bien);
+    ver.lbMensaje->setVisible(!bien);
+    if (bien) {
+        ver.lbResulBien->setText(
+            QString::fromStdString(textoDeResultado(interior_->mDes->numRecibidas())));
+    } else {
+        ver.lbMensaje->setText(QString::fromStdString(interior_->mDes->Explicacion()));
+    }
+    ver.frResul->show();
+}
+
+void fDescarga::mostrarCuenta() {
+    auto& ver = interior_->ver;
+    const QColor color = interior_->cuenta.enMarcha() ? estilo::kAzul : estilo::kApagado;
+    ver.lbSeg->setText(QString::fromStdString(interior_->cuenta.texto()));
+    colorear(*ver.lbAuto, color);
+    colorear(*ver.lbSeg, color);
+}
+
+void fDescarga::pulsarCuenta() {
+    if (interior_->cuenta.enMarcha()) {
+        interior_->cuenta.pausar();
+    } else {
+        interior_->cuenta.reanudar();
+    }
+}
+
+void fDescarga::cambiarDestinos() {
+    auto& ver = interior_->ver;
+    Setup& cfg = *interior_->cfg;
+    cfg.UsoExcel(ver.ckXcel->isChecked());
+    cfg.UsoTexto(ver.ckTxto->isChecked());
+    refrescarRotulos();
+    cfg.Update();
+}
+
+void fDescarga::refrescarRotulos() {
+    auto& ver = interior_->ver;
+    const Setup& cfg = *interior_->cfg;
+    ver.lbCanal->setText(QString::fromStdString(rotuloDeCanal(cfg)));
+    ver.lbExcel->setText(QString::fromStdString(rotuloDeExcel(cfg)));
+    ver.lbTexto->setText(QString::fromStdString(rotuloDeTexto(cfg)));
+    ver.lbExcel->setEnabled(cfg.UsoExcel());
+    ver.lbTexto->setEnabled(cfg.UsoTexto());
+}
+
+}  // namespace bn
