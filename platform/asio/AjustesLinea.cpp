@@ -30,13 +30,16 @@ constexpr std::array<Opcion<int16_t>, 2> kBitsParada{{{"1", 1}, {"2", 2}}};
 
 /// Takes the text up to the next comma off the rest; nothing when the rest has been used up.
 std::optional<std::string_view> tomarCampo(std::optional<std::string_view>& resto) {
-    if (!resto) return std::nullopt;
+    if (!resto) {
+        return std::nullopt;
+    }
     const std::size_t coma = resto->find(',');
     const std::string_view campo = resto->substr(0, coma);
-    if (coma == std::string_view::npos)
+    if (coma == std::string_view::npos) {
         resto.reset();
-    else
+    } else {
         resto->remove_prefix(coma + 1);
+    }
     return campo;
 }
 
@@ -60,7 +63,9 @@ AjustesLinea leerAjustesLinea(const std::string& texto) {
                              elegir(kParidades, tomarCampo(resto), ajustes.paridad) &&
                              elegir(kBitsDatos, tomarCampo(resto), ajustes.bitsDatos) &&
                              elegir(kBitsParada, tomarCampo(resto), ajustes.bitsParada) && !resto;
-    if (!comprendido) throw ErrorPuerto("Parámetros de la línea no válidos: \"" + texto + "\"");
+    if (!comprendido) {
+        throw ErrorPuerto("Parámetros de la línea no válidos: \"" + texto + "\"");
+    }
     return ajustes;
 }
 

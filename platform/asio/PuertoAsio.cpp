@@ -21,8 +21,8 @@ constexpr int16_t kPrimerCanal = 1;
 constexpr int16_t kUltimoCanal = 16;
 
 // Thousands of frames each: who lets more than this wait is not reading, or not listening.
-constexpr std::size_t kMaximoRecibido = 64 * 1024;
-constexpr std::size_t kMaximoPorEnviar = 64 * 1024;
+constexpr std::size_t kMaximoRecibido = std::size_t{64} * 1024;
+constexpr std::size_t kMaximoPorEnviar = std::size_t{64} * 1024;
 
 }  // namespace
 
@@ -58,12 +58,20 @@ class PuertoAsio::Apertura : public std::enable_shared_from_this<Apertura> {
     /// Writes straight away what the line takes; the helper thread sends the rest.
     void enviar(std::string_view bytes) {
         const std::scoped_lock cerrojo(cerrojo_);
-        if (!linea_) return;
-        if (porEnviar_.empty()) bytes.remove_prefix(escribir(bytes));
-        if (!linea_ || bytes.empty()) return;
+        if (!linea_) {
+            return;
+        }
+        if (porEnviar_.empty()) {
+            bytes.remove_prefix(escribir(bytes));
+        }
+        if (!linea_ || bytes.empty()) {
+            return;
+        }
         const bool habiaCola = !porEnviar_.empty();
         porEnviar_.append(bytes.substr(0, kMaximoPorEnviar - porEnviar_.size()));
-        if (!habiaCola) esperarEscritura();
+        if (!habiaCola) {
+            esperarEscritura();
+        }
     }
 
     std::string tomarRecibido() {
@@ -75,7 +83,9 @@ class PuertoAsio::Apertura : public std::enable_shared_from_this<Apertura> {
 
     void descartarRecibido() {
         const std::scoped_lock cerrojo(cerrojo_);
-        if (linea_) linea_->descartarRecibido();
+        if (linea_) {
+            linea_->descartarRecibido();
+        }
         recibido_.clear();
         ++descartes_;
         reanudarLectura();
@@ -87,17 +97,24 @@ class PuertoAsio::Apertura : public std::enable_shared_from_this<Apertura> {
         std::uint64_t descartes = 0;
         {
             const std::scoped_lock cerrojo(cerrojo_);
-            if (!linea_) return;
+            if (!linea_) {
+                return;
+            }
             const auto leidos =
                 funciona ? linea_->leer(trozo_.data(), trozo_.size()) : std::nullopt;
-            if (!leidos) return soltarLinea();
+            if (!leidos) {
+                return soltarLinea();
+            }
             recibido_.append(trozo_.data(), *leidos);
             descartes = descartes_;
-            if (recibido_.size() < kMaximoRecibido)
+            if (recibido_.size() < kMaximoRecibido) {
                 esperarLectura();
-            else
+            } else {
                 lecturaParada_ = true;
-            if (*leidos == 0) return;
+            }
+            if (*leidos == 0) {
+                return;
+            }
         }
         avisar(descartes);
     }
@@ -106,7 +123,9 @@ class PuertoAsio::Apertura : public std::enable_shared_from_this<Apertura> {
     /// whose bytes were discarded, or whose opening is over, gets none.
     void avisar(std::uint64_t descartes) {
         enInterfaz_([yo = weak_from_this(), descartes, &puerto = puerto_] {
-            if (vale(yo, descartes)) puerto.OnComm();
+            if (vale(yo, descartes)) {
+                puerto.OnComm();
+            }
         });
     }
 
@@ -114,7 +133,9 @@ class PuertoAsio::Apertura : public std::enable_shared_from_this<Apertura> {
     /// its port.
     static bool vale(const std::weak_ptr<Apertura>& apertura, std::uint64_t descartes) {
         const auto yo = apertura.lock();
-        if (!yo) return false;
+        if (!yo) {
+            return false;
+        }
         const std::scoped_lock cerrojo(yo->cerrojo_);
         return yo->descartes_ == descartes;
     }
@@ -122,15 +143,23 @@ class PuertoAsio::Apertura : public std::enable_shared_from_this<Apertura> {
     /// Helper thread: goes on with the queue.
     void puedeEscribir(bool funciona) {
         const std::scoped_lock cerrojo(cerrojo_);
-        if (!linea_) return;
-        if (!funciona) return soltarLinea();
+        if (!linea_) {
+            return;
+        }
+        if (!funciona) {
+            return soltarLinea();
+        }
         porEnviar_.erase(0, escribir(porEnviar_));
-        if (linea_ && !porEnviar_.empty()) esperarEscritura();
+        if (linea_ && !porEnviar_.empty()) {
+            esperarEscritura();
+        }
     }
 
     std::size_t escribir(std::string_view bytes) {
         const auto escritos = linea_->escribir(bytes);
-        if (!escritos) soltarLinea();
+        if (!escritos) {
+            soltarLinea();
+        }
         return escritos.value_or(0);
     }
 
@@ -143,13 +172,17 @@ class PuertoAsio::Apertura : public std::enable_shared_from_this<Apertura> {
     }
 
     void reanudarLectura() {
-        if (std::exchange(lecturaParada_, false) && linea_) esperarLectura();
+        if (std::exchange(lecturaParada_, false) && linea_) {
+            esperarLectura();
+        }
     }
 
     /// The end of the line, wanted or not: the helper thread closes it, for a device that is going
     /// away may take its time over it, and ends with its last call-back.
     void soltarLinea() {
-        if (!linea_) return;
+        if (!linea_) {
+            return;
+        }
         asio::post(contexto_, [linea = std::move(linea_)]() mutable { linea.reset(); });
         trabajo_.reset();
     }
@@ -176,8 +209,9 @@ PuertoAsio::PuertoAsio(EnInterfaz enInterfaz, DispositivoDe dispositivoDe)
 PuertoAsio::~PuertoAsio() = default;
 
 void PuertoAsio::CommPort(int16_t numero) {
-    if (numero < kPrimerCanal || numero > kUltimoCanal)
+    if (numero < kPrimerCanal || numero > kUltimoCanal) {
         throw ErrorPuerto("El canal " + std::to_string(numero) + " no existe");
+    }
     canal_ = numero;
 }
 
@@ -185,7 +219,9 @@ void PuertoAsio::Settings(const std::string& ajustes) { ajustes_ = leerAjustesLi
 
 void PuertoAsio::PortOpen(bool abrir) {
     apertura_.reset();
-    if (!abrir) return;
+    if (!abrir) {
+        return;
+    }
     const std::string dispositivo = dispositivoDe_(canal_);
     try {
         auto apertura = std::make_shared<Apertura>(*this, dispositivo);
@@ -200,13 +236,17 @@ void PuertoAsio::PortOpen(bool abrir) {
 bool PuertoAsio::PortOpen() const { return apertura_ && apertura_->abierta(); }
 
 void PuertoAsio::Output(const std::string& bytes) {
-    if (apertura_) apertura_->enviar(bytes);
+    if (apertura_) {
+        apertura_->enviar(bytes);
+    }
 }
 
 std::string PuertoAsio::Input() { return apertura_ ? apertura_->tomarRecibido() : std::string(); }
 
 void PuertoAsio::InBufferCount(int16_t cero) {
-    if (apertura_ && cero == 0) apertura_->descartarRecibido();
+    if (apertura_ && cero == 0) {
+        apertura_->descartarRecibido();
+    }
 }
 
 int16_t PuertoAsio::CommEvent() const { return kComEvReceive; }

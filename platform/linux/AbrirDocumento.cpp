@@ -61,8 +61,9 @@ class ModoDeInicio {
         const std::array<char*, 3> argumentos{nombre.data(), copia.data(), nullptr};
         pid_t proceso = 0;
         if (::posix_spawnp(&proceso, programa, &ficheros_, &atributos_, argumentos.data(),
-                           environ) != 0)
+                           environ) != 0) {
             return std::nullopt;
+        }
         return proceso;
     }
 
@@ -87,12 +88,15 @@ int32_t abrirDocumento(const std::string& rutaODireccion) {
     std::string destino = rutaODireccion;
     if (!esDireccion(destino)) {
         std::error_code error;
-        if (destino.find('\0') != std::string::npos || !fs::exists(destino, error))
+        if (destino.find('\0') != std::string::npos || !fs::exists(destino, error)) {
             return kNoEncontrado;
+        }
         destino = fs::absolute(destino).string();  // a name that begins with '-' is not an option
     }
     const auto proceso = ModoDeInicio().iniciar("xdg-open", destino);
-    if (!proceso) return kSinPrograma;
+    if (!proceso) {
+        return kSinPrograma;
+    }
     recoger(*proceso);
     return kAbierto;
 }

@@ -53,14 +53,18 @@ std::string comoExec(const std::string& programa) {
 std::string_view recortar(std::string_view texto) {
     constexpr std::string_view kBlancos = " \t\r";
     const std::size_t inicio = texto.find_first_not_of(kBlancos);
-    if (inicio == std::string_view::npos) return {};
+    if (inicio == std::string_view::npos) {
+        return {};
+    }
     return texto.substr(inicio, texto.find_last_not_of(kBlancos) - inicio + 1);
 }
 
 /// Whether a line is one with which the desktop's own settings switch an entry off.
 bool apagaLaEntrada(std::string_view linea) {
     const std::size_t igual = linea.find('=');
-    if (igual == std::string_view::npos) return false;
+    if (igual == std::string_view::npos) {
+        return false;
+    }
     const std::string_view clave = recortar(linea.substr(0, igual));
     const std::string_view valor = recortar(linea.substr(igual + 1));
     return (clave == "Hidden" && valor == "true") ||
@@ -78,9 +82,14 @@ bool apagaLaEntrada(std::string_view linea) {
 
 bool estaEnArranque() {
     std::ifstream entrada(entradaDeArranque());
-    if (!entrada) return false;
-    for (std::string linea; std::getline(entrada, linea);)
-        if (apagaLaEntrada(linea)) return false;
+    if (!entrada) {
+        return false;
+    }
+    for (std::string linea; std::getline(entrada, linea);) {
+        if (apagaLaEntrada(linea)) {
+            return false;
+        }
+    }
     return true;
 }
 
@@ -89,11 +98,15 @@ void ponerEnArranque(bool activo, const fs::path& programa) {
     std::error_code error;
     if (!activo) {
         fs::remove(entrada, error);
-        if (error) fallar(entrada, error);
+        if (error) {
+            fallar(entrada, error);
+        }
         return;
     }
     fs::create_directories(entrada.parent_path(), error);
-    if (error) fallar(entrada.parent_path(), error);
+    if (error) {
+        fallar(entrada.parent_path(), error);
+    }
     ficheros::reemplazar(entrada,
                          "[Desktop Entry]\n"
                          "Type=Application\n"

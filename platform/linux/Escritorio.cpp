@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Escritorio.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <ctime>
@@ -20,7 +21,9 @@ fs::path ejecutable() { return fs::read_symlink("/proc/self/exe"); }
 fs::path carpetaPropia() { return carpetaPropia(ejecutable().parent_path()); }
 
 fs::path carpetaPropia(const fs::path& carpetaEjecutable) {
-    if (::access(carpetaEjecutable.c_str(), W_OK | X_OK) == 0) return carpetaEjecutable;
+    if (::faccessat(AT_FDCWD, carpetaEjecutable.c_str(), W_OK | X_OK, AT_EACCESS) == 0) {
+        return carpetaEjecutable;
+    }
     fs::path carpeta = xdg::datos() / "bnDX5";
     fs::create_directories(carpeta);
     return carpeta;

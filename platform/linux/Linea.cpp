@@ -55,7 +55,9 @@ class Descriptor {
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
     ~Descriptor() {
-        if (numero_ >= 0) ::close(numero_);
+        if (numero_ >= 0) {
+            ::close(numero_);
+        }
     }
     int numero() const { return numero_; }
     int entregar() { return std::exchange(numero_, -1); }
@@ -87,19 +89,29 @@ speed_t velocidadDelSistema(int32_t baudios) {
 /// do something to other things (a pipe's other end would wake up).
 int abrirDispositivo(const std::string& dispositivo) {
     struct stat datos {};
-    if (::stat(dispositivo.c_str(), &datos) != 0) fallar(dispositivo, errno);
-    if (!S_ISCHR(datos.st_mode)) fallar(dispositivo, ENOTTY);
+    if (::stat(dispositivo.c_str(), &datos) != 0) {
+        fallar(dispositivo, errno);
+    }
+    if (!S_ISCHR(datos.st_mode)) {
+        fallar(dispositivo, ENOTTY);
+    }
     const int numero = ::open(dispositivo.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
-    if (numero < 0) fallar(dispositivo, errno);
+    if (numero < 0) {
+        fallar(dispositivo, errno);
+    }
     return numero;
 }
 
 /// Keeps other programs out. The lock stops another bnDX5 and every program that locks too, also
 /// where an administrator runs both; the system's exclusive mark stops the rest.
 void reservar(int numero, const std::string& dispositivo) {
-    if (::flock(numero, LOCK_EX | LOCK_NB) != 0) fallar(dispositivo, errno);
+    if (::flock(numero, LOCK_EX | LOCK_NB) != 0) {
+        fallar(dispositivo, errno);
+    }
     int exclusivo = 0;
-    if (::ioctl(numero, TIOCGEXCL, &exclusivo) == 0 && exclusivo != 0) fallar(dispositivo, EBUSY);
+    if (::ioctl(numero, TIOCGEXCL, &exclusivo) == 0 && exclusivo != 0) {
+        fallar(dispositivo, EBUSY);
+    }
 }
 
 /// Eight clean bits each way. A byte that arrives damaged (parity, framing) is dropped, not handed
@@ -117,9 +129,15 @@ void ponerAjustes(termios& modo, const AjustesLinea& ajustes) {
     // Without HUPCL: DTR stays up between two downloads, for converters that live on it.
     modo.c_cflag = CREAD | CLOCAL;
     modo.c_cflag |= ajustes.bitsDatos == 7 ? CS7 : CS8;
-    if (ajustes.bitsParada == 2) modo.c_cflag |= CSTOPB;
-    if (ajustes.paridad != 'N') modo.c_cflag |= PARENB;
-    if (ajustes.paridad == 'O') modo.c_cflag |= PARODD;
+    if (ajustes.bitsParada == 2) {
+        modo.c_cflag |= CSTOPB;
+    }
+    if (ajustes.paridad != 'N') {
+        modo.c_cflag |= PARENB;
+    }
+    if (ajustes.paridad == 'O') {
+        modo.c_cflag |= PARODD;
+    }
     const speed_t velocidad = velocidadDelSistema(ajustes.velocidad);
     ::cfsetispeed(&modo, velocidad);
     ::cfsetospeed(&modo, velocidad);
@@ -127,17 +145,24 @@ void ponerAjustes(termios& modo, const AjustesLinea& ajustes) {
 
 void configurar(int numero, const std::string& dispositivo, const AjustesLinea& ajustes) {
     termios modo{};
-    if (::tcgetattr(numero, &modo) != 0) fallar(dispositivo, errno);
+    if (::tcgetattr(numero, &modo) != 0) {
+        fallar(dispositivo, errno);
+    }
     ponerModoCrudo(modo);
     ponerAjustes(modo, ajustes);
-    if (::tcsetattr(numero, TCSANOW, &modo) != 0) fallar(dispositivo, errno);
+    if (::tcsetattr(numero, TCSANOW, &modo) != 0) {
+        fallar(dispositivo, errno);
+    }
 
     // The call above answers well when any one of the settings was taken.
     termios puesto{};
-    if (::tcgetattr(numero, &puesto) != 0) fallar(dispositivo, errno);
-    if (::cfgetospeed(&puesto) != ::cfgetospeed(&modo))
+    if (::tcgetattr(numero, &puesto) != 0) {
+        fallar(dispositivo, errno);
+    }
+    if (::cfgetospeed(&puesto) != ::cfgetospeed(&modo)) {
         throw ErrorPuerto(dispositivo + ": no admite " + std::to_string(ajustes.velocidad) +
                           " baudios");
+    }
 }
 
 /// DTR and RTS on; true when the line has them (a pseudo-terminal does not).
@@ -150,7 +175,9 @@ bool levantarLineas(int numero) {
 /// Drivers that do not know it go on as they are.
 void pedirPrisa(int numero) {
     serial_struct datos{};
-    if (::ioctl(numero, TIOCGSERIAL, &datos) != 0) return;
+    if (::ioctl(numero, TIOCGSERIAL, &datos) != 0) {
+        return;
+    }
     datos.flags |= ASYNC_LOW_LATENCY;
     static_cast<void>(::ioctl(numero, TIOCSSERIAL, &datos));
 }
@@ -171,8 +198,9 @@ class LineaLinux final : public Linea {
         // Closing waits until the line has sent everything. An answer just written may still go
         // out; a pile that nobody takes must not hold the program.
         int pendientes = 0;
-        if (::ioctl(numero, TIOCOUTQ, &pendientes) == 0 && pendientes > kSalenAlCerrar)
+        if (::ioctl(numero, TIOCOUTQ, &pendientes) == 0 && pendientes > kSalenAlCerrar) {
             ::tcflush(numero, TCOFLUSH);
+        }
         std::error_code ignorado;  // closed is closed
         descriptor_.close(ignorado);
     }
@@ -187,15 +215,23 @@ class LineaLinux final : public Linea {
 
     std::optional<std::size_t> leer(char* destino, std::size_t cabida) override {
         const ssize_t leidos = ::read(descriptor_.native_handle(), destino, cabida);
-        if (leidos > 0) return static_cast<std::size_t>(leidos);
-        if (leidos < 0 && (errno == EAGAIN || errno == EINTR)) return 0;
+        if (leidos > 0) {
+            return static_cast<std::size_t>(leidos);
+        }
+        if (leidos < 0 && (errno == EAGAIN || errno == EINTR)) {
+            return 0;
+        }
         return std::nullopt;
     }
 
     std::optional<std::size_t> escribir(std::string_view bytes) override {
         const ssize_t escritos = ::write(descriptor_.native_handle(), bytes.data(), bytes.size());
-        if (escritos >= 0) return static_cast<std::size_t>(escritos);
-        if (errno == EAGAIN || errno == EINTR) return 0;
+        if (escritos >= 0) {
+            return static_cast<std::size_t>(escritos);
+        }
+        if (errno == EAGAIN || errno == EINTR) {
+            return 0;
+        }
         return std::nullopt;
     }
 
@@ -206,7 +242,9 @@ class LineaLinux final : public Linea {
 
     void esperar(asio::posix::descriptor_base::wait_type que, AlPoder aviso) {
         descriptor_.async_wait(que, [aviso = std::move(aviso)](std::error_code error) {
-            if (error != asio::error::operation_aborted) aviso(!error);
+            if (error != asio::error::operation_aborted) {
+                aviso(!error);
+            }
         });
     }
 
@@ -219,7 +257,9 @@ std::unique_ptr<Linea> abrirLinea(asio::io_context& contexto, const std::string&
                                   const AjustesLinea& ajustes) {
     Descriptor descriptor(abrirDispositivo(dispositivo));
     const int numero = descriptor.numero();
-    if (::isatty(numero) == 0) fallar(dispositivo, errno);
+    if (::isatty(numero) == 0) {
+        fallar(dispositivo, errno);
+    }
     reservar(numero, dispositivo);
     configurar(numero, dispositivo, ajustes);
     // A pseudo-terminal would keep the exclusive mark of a program that was killed, so it is set

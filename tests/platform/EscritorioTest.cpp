@@ -26,6 +26,23 @@ namespace fs = std::filesystem;
 using testing::HasSubstr;
 using testing::Not;
 
+/// To the administrator no folder is closed: for a while an ordinary user instead.
+class SinPrivilegios {
+ public:
+    SinPrivilegios() : propio_(::geteuid()) {
+        constexpr uid_t kNadie = 65534;
+        if (propio_ == 0) {
+            EXPECT_EQ(::seteuid(kNadie), 0);
+        }
+    }
+    SinPrivilegios(const SinPrivilegios&) = delete;
+    SinPrivilegios& operator=(const SinPrivilegios&) = delete;
+    ~SinPrivilegios() { EXPECT_EQ(::seteuid(propio_), 0); }
+
+ private:
+    uid_t propio_;
+};
+
 /// A user of the test's own: home folder and environment, put back afterwards.
 class Escritorio : public testing::Test {
  protected:
@@ -150,13 +167,19 @@ TEST_F(Escritorio, TheProgramsOwnFolderIsTheExecutablesWhenItCanBeWritten) {
 }
 
 TEST_F(Escritorio, TheProgramsOwnFolderIsTheUsersWhenTheExecutablesCannotBeWritten) {
-    const fs::path cerrada = "/proc/self";  // not even the administrator writes there
+    const fs::path cerrada = hogar_ / "sistema";
+    fs::create_directory(cerrada);
+    fs::permissions(cerrada, fs::perms(0555));
+    fs::permissions(hogar_, fs::perms(0777));
+    const SinPrivilegios yaNoAdministrador;
     const fs::path esperada = hogar_ / ".local" / "share" / "bnDX5";
     EXPECT_EQ(escritorio::carpetaPropia(cerrada), esperada);
     EXPECT_TRUE(fs::is_directory(esperada));
     poner("XDG_DATA_HOME", (hogar_ / "datos").string());
     EXPECT_EQ(escritorio::carpetaPropia(cerrada), hogar_ / "datos" / "bnDX5");
     EXPECT_TRUE(fs::is_directory(hogar_ / "datos" / "bnDX5"));
+    poner("XDG_DATA_HOME", (cerrada / "datos").string());
+    EXPECT_THROW(escritorio::carpetaPropia(cerrada), fs::filesystem_error);
 }
 
 TEST_F(Escritorio, OpeningAFileThatIsMissingAnswersTwo) {

@@ -78,14 +78,21 @@ void PseudoTerminal::desaparecer() {
     maestro_ = cercano_ = -1;
 }
 
+int PseudoTerminal::pendientes() const {
+    int cuantos = 0;
+    comprobado(::ioctl(cercano_, FIONREAD, &cuantos));
+    return cuantos;
+}
+
 bool PseudoTerminal::esperarPendientes(int cuantos) const {
     const auto fin = std::chrono::steady_clock::now() + kLimite;
-    for (int pendientes = 0; std::chrono::steady_clock::now() < fin; std::this_thread::yield()) {
-        if (::ioctl(cercano_, FIONREAD, &pendientes) == 0 && pendientes >= cuantos) {
-            return true;
+    while (pendientes() < cuantos) {
+        if (std::chrono::steady_clock::now() > fin) {
+            return false;
         }
+        std::this_thread::yield();
     }
-    return false;
+    return true;
 }
 
 termios PseudoTerminal::modo() const {

@@ -25,6 +25,8 @@ class PseudoTerminal {
     std::string leerYa();
     /// Pulls the cable, adapter and all.
     void desaparecer();
+    /// How many bytes the near end holds that nobody has read.
+    int pendientes() const;
     /// Waits until the near end holds so many bytes that nobody has read.
     bool esperarPendientes(int cuantos) const;
     /// How the near end is set.

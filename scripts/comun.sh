@@ -1,0 +1,43 @@
+# What the scripts share; sourced by them, from the project's root.
+# shellcheck shell=bash
+
+decir() { printf '\n== %s\n' "$*"; }
+
+# Runs a command as root, directly or through sudo.
+como_raiz() {
+    if [ "$(id -u)" -eq 0 ]; then
+        "$@"
+    elif command -v sudo >/dev/null; then
+        sudo "$@"
+    else
+        echo "Root is needed to run: $*" >&2
+        return 1
+    fi
+}
+
+# Installs the Debian packages that are missing; says which.
+necesitar() {
+    local faltan=() paquete
+    for paquete in "$@"; do
+        dpkg-query -W -f='${Status}' "$paquete" 2>/dev/null | grep -q 'ok installed' ||
+            faltan+=("$paquete")
+    done
+    [ ${#faltan[@]} -eq 0 ] && return 0
+    decir "Installing: ${faltan[*]}"
+    como_raiz apt-get update -q
+    como_raiz env DEBIAN_FRONTEND=noninteractive \
+        apt-get install -y -q --no-install-recommends "${faltan[@]}"
+}
+
+# What building the program takes, and what showing it on a virtual display takes.
+PAQUETES_PROGRAMA=(g++ cmake ninja-build libasio-dev qt6-base-dev)
+PAQUETES_PANTALLA=(xvfb imagemagick fonts-dejavu-core)
+
+# Configures a preset once and builds the targets given (all without).
+construir() {
+    local preset=$1 carpeta=$2
+    shift 2
+    decir "Building $carpeta (${*:-everything})"
+    [ -e "$carpeta/build.ninja" ] || cmake --preset "$preset"
+    cmake --build "$carpeta" ${1:+--target "$@"}
+}
