@@ -62,8 +62,8 @@ Celda& TablaDeCeldas::crear(int32_t numero, int32_t columna, uint16_t xf) {
     std::vector<Celda>& celdas = crearFila(numero).celdas;
     auto lugar = lugarDe(celdas, columna);
     if (lugar == celdas.end() || lugar->columna != columna) {
-        if (celdas.capacity() == 0) celdas.reserve(8);
         const auto donde = lugar - celdas.begin();
+        if (celdas.capacity() == 0) celdas.reserve(8);
         celdas.insert(celdas.begin() + donde,
                       {0, static_cast<uint16_t>(columna), xf, TipoCelda::kVacia});
         return celdas[static_cast<size_t>(donde)];
