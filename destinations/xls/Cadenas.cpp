@@ -125,8 +125,8 @@ void Cadenas::leer(uint32_t cuantas) {
     posiciones_.reserve(std::min<size_t>(cuantas, bytes / 3));
     for (uint32_t i = 0; i < cuantas; ++i) {
         cursor.saltarFinDeTrozo();
-        posiciones_.push_back({static_cast<uint32_t>(cursor.trozo()),
-                               static_cast<uint32_t>(cursor.posicion())});
+        posiciones_.push_back(
+            {static_cast<uint32_t>(cursor.trozo()), static_cast<uint32_t>(cursor.posicion())});
         cursor.leerCadena(nullptr);
     }
     if (!cursor.alFinal()) danado("su tabla de textos no cuadra");
@@ -141,7 +141,8 @@ std::string Cadenas::texto(uint32_t numero) const {
 }
 
 bool Cadenas::esSencilla(const Posicion& posicion) const {
-    const auto opciones = static_cast<uint8_t>(trozos_[posicion.trozo][posicion.desplazamiento + 2]);
+    const auto opciones =
+        static_cast<uint8_t>(trozos_[posicion.trozo][posicion.desplazamiento + 2]);
     return (opciones & (kFonetica | kConFormatos)) == 0;
 }
 
@@ -208,8 +209,8 @@ void Cadenas::escribir(std::string_view utf8) {
     }
     const size_t porUnidad = texto.ancho ? 2 : 1;
     if (kMaximoDatos - trozos_.back().size() < 3 + porUnidad) trozos_.emplace_back();
-    posiciones_.push_back({static_cast<uint32_t>(trozos_.size() - 1),
-                           static_cast<uint32_t>(trozos_.back().size())});
+    posiciones_.push_back(
+        {static_cast<uint32_t>(trozos_.size() - 1), static_cast<uint32_t>(trozos_.back().size())});
     poner16(trozos_.back(), texto.unidades);
     poner8(trozos_.back(), texto.ancho ? kAncha : 0);
     std::string_view quedan = texto.bytes;

@@ -23,7 +23,8 @@ class Compuesto {
     /// True when the bytes begin as a compound file does.
     static bool loParece(std::string_view fichero);
 
-    /// Number of the stream of that name in the root storage, any letter case; nothing when missing.
+    /// Number of the stream of that name in the root storage, any letter case; nothing when
+    /// missing.
     std::optional<size_t> buscar(std::string_view nombre) const;
 
     const std::string& flujo(size_t numero) const { return entradas_.at(numero).contenido; }

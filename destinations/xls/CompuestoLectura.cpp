@@ -133,7 +133,8 @@ class LectorCompuesto {
             const size_t tamano = cruda.u32(entrada::kTamano);
             const uint32_t inicio = cruda.u32(entrada::kInicio);
             if (tamano == 0) continue;
-            entrada.contenido = tamano >= corte ? cadena(inicio, tamano) : cadenaMini(inicio, tamano);
+            entrada.contenido =
+                tamano >= corte ? cadena(inicio, tamano) : cadenaMini(inicio, tamano);
         }
     }
 

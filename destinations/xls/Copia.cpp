@@ -35,8 +35,8 @@ std::vector<Area> leerCombinadas(const Registros& lista) {
         const Vista datos(registro.datos);
         for (size_t i = 0; i < datos.u16(0); ++i) {
             const size_t pos = 2 + kLargoCombinada * i;
-            areas.push_back({datos.u16(pos), datos.u16(pos + 2), datos.u16(pos + 4),
-                             datos.u16(pos + 6)});
+            areas.push_back(
+                {datos.u16(pos), datos.u16(pos + 2), datos.u16(pos + 4), datos.u16(pos + 6)});
         }
     }
     return areas;
@@ -87,7 +87,8 @@ class Copia {
 
  private:
     void exigirSitio() const {
-        if (origen_.libro != destino_.libro) rechazar("Solo se puede copiar dentro del mismo libro.");
+        if (origen_.libro != destino_.libro)
+            rechazar("Solo se puede copiar dentro del mismo libro.");
         if (final_.fila1 >= kFilas || final_.columna1 >= kColumnas) {
             rechazar("Lo copiado no cabe en la hoja a partir de ahí.");
         }

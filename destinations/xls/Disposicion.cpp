@@ -107,7 +107,8 @@ void ponerXf(Hoja& hoja, Celda& celda, uint16_t xf) {
     if (celda.tipo == TipoCelda::kCruda) cambiar16(hoja.celdas->tabla().crudo(celda), 8, xf);
 }
 
-// A row with a format of its own hides the column's: where they cross a cell must carry the new one.
+// A row with a format of its own hides the column's: where they cross a cell must carry the new
+// one.
 void cambiarColumnas(Hoja& hoja, const Area& area, const CambioDeXf& cambio) {
     for (int32_t i = area.columna0; i <= area.columna1; ++i) {
         cambiarColumna(hoja, i, [&](Columna& columna) { columna.xf = cambio(columna.xf); });
@@ -116,7 +117,8 @@ void cambiarColumnas(Hoja& hoja, const Area& area, const CambioDeXf& cambio) {
     for (int32_t i = 0; i < tabla.cuantasFilas(); ++i) {
         uint16_t xfFila = 0;
         const bool propio = tabla.crearFila(i).formatoPropio(xfFila);
-        for (int32_t j = area.columna0; propio && j <= area.columna1; ++j) tabla.crear(i, j, xfFila);
+        for (int32_t j = area.columna0; propio && j <= area.columna1; ++j)
+            tabla.crear(i, j, xfFila);
         for (Celda& celda : tabla.crearFila(i).celdas) {
             if (area.contiene(i, celda.columna)) ponerXf(hoja, celda, cambio(celda.xf));
         }

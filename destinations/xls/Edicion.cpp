@@ -19,13 +19,20 @@ constexpr double kDiasHasta1904 = 1462;
 
 const char* textoDeError(uint8_t codigo) {
     switch (codigo) {
-        case 0x00: return "#NULL!";
-        case 0x07: return "#DIV/0!";
-        case 0x0F: return "#VALUE!";
-        case 0x17: return "#REF!";
-        case 0x1D: return "#NAME?";
-        case 0x24: return "#NUM!";
-        default: return "#N/A";
+        case 0x00:
+            return "#NULL!";
+        case 0x07:
+            return "#DIV/0!";
+        case 0x0F:
+            return "#VALUE!";
+        case 0x17:
+            return "#REF!";
+        case 0x1D:
+            return "#NAME?";
+        case 0x24:
+            return "#NUM!";
+        default:
+            return "#N/A";
     }
 }
 
@@ -113,7 +120,8 @@ class Escritura {
     }
 
     static void exigirFinito(double numero) {
-        if (!std::isfinite(numero)) rechazar("Una celda no puede guardar un valor que no es finito.");
+        if (!std::isfinite(numero))
+            rechazar("Una celda no puede guardar un valor que no es finito.");
     }
 
     void ponerNumero(double numero, uint16_t formato) {
@@ -160,15 +168,19 @@ Variante leerCelda(Hoja& hoja, int32_t fila, int32_t columna) {
     const Celda* celda = std::as_const(hoja.celdas->tabla()).buscar(fila, columna);
     if (celda == nullptr) return std::string();
     switch (celda->tipo) {
-        case TipoCelda::kRk: return deRk(static_cast<uint32_t>(celda->valor));
-        case TipoCelda::kNumero: return std::bit_cast<double>(celda->valor);
+        case TipoCelda::kRk:
+            return deRk(static_cast<uint32_t>(celda->valor));
+        case TipoCelda::kNumero:
+            return std::bit_cast<double>(celda->valor);
         case TipoCelda::kTexto:
             return hoja.libro->cadenas().texto(static_cast<uint32_t>(celda->valor));
         case TipoCelda::kLogica:
             if ((celda->valor & 0xFF00) == 0) return celda->valor != 0;
             return std::string(textoDeError(static_cast<uint8_t>(celda->valor)));
-        case TipoCelda::kCruda: return leerCruda(hoja, *celda, {fila, columna});
-        case TipoCelda::kVacia: break;
+        case TipoCelda::kCruda:
+            return leerCruda(hoja, *celda, {fila, columna});
+        case TipoCelda::kVacia:
+            break;
     }
     return std::string();
 }

@@ -25,12 +25,12 @@ constexpr uint16_t kTexto = 49;
 
 // Number formats that need no FORMAT record, in English notation.
 const std::pair<const char*, uint16_t> kConocidos[] = {
-    {"General", 0},       {"0", 1},        {"0.00", 2},       {"#,##0", 3},  {"#,##0.00", 4},
-    {"0%", 9},            {"0.00%", 10},   {"0.00E+00", 11},  {"# ?/?", 12}, {"# ?\?/?\?", 13},
-    {"m/d/yy", 14},       {"d-mmm-yy", 15}, {"d-mmm", 16},    {"mmm-yy", 17},
-    {"h:mm AM/PM", 18},   {"h:mm:ss AM/PM", 19}, {"h:mm", 20}, {"h:mm:ss", 21},
-    {"m/d/yy h:mm", 22},  {"mm:ss", 45},   {"[h]:mm:ss", 46}, {"mm:ss.0", 47}, {"##0.0E+0", 48},
-    {"@", kTexto}};
+    {"General", 0},    {"0", 1},          {"0.00", 2},         {"#,##0", 3},
+    {"#,##0.00", 4},   {"0%", 9},         {"0.00%", 10},       {"0.00E+00", 11},
+    {"# ?/?", 12},     {"# ?\?/?\?", 13}, {"m/d/yy", 14},      {"d-mmm-yy", 15},
+    {"d-mmm", 16},     {"mmm-yy", 17},    {"h:mm AM/PM", 18},  {"h:mm:ss AM/PM", 19},
+    {"h:mm", 20},      {"h:mm:ss", 21},   {"m/d/yy h:mm", 22}, {"mm:ss", 45},
+    {"[h]:mm:ss", 46}, {"mm:ss.0", 47},   {"##0.0E+0", 48},    {"@", kTexto}};
 
 char minuscula(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
 
@@ -124,8 +124,8 @@ uint16_t Formatos::numeroDeCodigo(const std::string& codigo) {
     poner16(nuevo.datos, numero);
     poner16(nuevo.datos, texto.unidades);
     ponerTexto(nuevo.datos, texto);
-    const size_t sitio =
-        trasUltimo(globales_, {id::kFormat}).value_or(trasUltimo(globales_, {id::kFont}).value_or(1));
+    const size_t sitio = trasUltimo(globales_, {id::kFormat})
+                             .value_or(trasUltimo(globales_, {id::kFont}).value_or(1));
     globales_.insert(globales_.begin() + static_cast<ptrdiff_t>(sitio), std::move(nuevo));
     codigos_[numero] = codigo;
     return numero;
@@ -157,7 +157,8 @@ uint16_t Formatos::agregar(uint16_t original, std::string datos) {
     if (datos == xfs_[original]) return original;
     const auto igual = porDatos_.find(datos);
     if (igual != porDatos_.end()) return igual->second;
-    if (xfs_.size() >= kMaximoXf) rechazar("El libro tiene demasiados formatos de celda distintos.");
+    if (xfs_.size() >= kMaximoXf)
+        rechazar("El libro tiene demasiados formatos de celda distintos.");
     const auto nuevo = static_cast<uint16_t>(xfs_.size());
     const size_t sitio = *trasUltimo(globales_, {id::kXf});
     globales_.insert(globales_.begin() + static_cast<ptrdiff_t>(sitio), Registro{id::kXf, datos});

@@ -78,12 +78,14 @@ std::optional<Compartida> compartidaEn(const std::string& registros) {
     if (const auto registro = buscarEn(registros, id::kShrFmla)) {
         const Vista datos(registro->datos);
         return Compartida{{datos.u16(0), datos.u16(2), datos.u8(4), datos.u8(5)},
-                          tokensEn(registro->datos, 8), false};
+                          tokensEn(registro->datos, 8),
+                          false};
     }
     if (const auto registro = buscarEn(registros, id::kArray)) {
         const Vista datos(registro->datos);
         return Compartida{{datos.u16(0), datos.u16(2), datos.u8(4), datos.u8(5)},
-                          tokensEn(registro->datos, 12), true};
+                          tokensEn(registro->datos, 12),
+                          true};
     }
     return std::nullopt;
 }
@@ -182,8 +184,8 @@ std::string copiarFormula(Hoja& hoja, const Celda& celda, PosicionCelda desde,
         if (!propios) rechazar(kIncomprensible);
         tokens = *propios;
     }
-    const auto movidos = aplicarDesplazamiento(tokens, hasta.fila - desde.fila,
-                                               hasta.columna - desde.columna);
+    const auto movidos =
+        aplicarDesplazamiento(tokens, hasta.fila - desde.fila, hasta.columna - desde.columna);
     if (!movidos) rechazar(kIncomprensible);
     return conTokens(registros, *movidos, hasta, valores);
 }
@@ -201,8 +203,10 @@ void soltarCompartida(Hoja& hoja, const Celda& celda, PosicionCelda posicion) {
             const PosicionCelda sitio{i, otra.columna};
             if (sitio == posicion || anclaCompartida(tokensDe(registros)) != posicion) continue;
             const auto propios = descompartir(compartida->tokens, sitio);
-            if (!propios) rechazar("Otras celdas dependen de la fórmula de esta, que no se puede "
-                                   "separar de ellas.");
+            if (!propios)
+                rechazar(
+                    "Otras celdas dependen de la fórmula de esta, que no se puede "
+                    "separar de ellas.");
             nuevos.emplace_back(&otra, conTokens(registros, *propios, sitio));
         }
     }

@@ -21,7 +21,9 @@ void ponerCabezaDeCelda(std::string& salida, uint16_t id, size_t largo, int32_t 
 
 void ponerSola(std::string& salida, int32_t fila, const Celda& celda, const TablaDeCeldas& tabla) {
     switch (celda.tipo) {
-        case TipoCelda::kVacia: ponerCabezaDeCelda(salida, id::kBlank, 6, fila, celda); return;
+        case TipoCelda::kVacia:
+            ponerCabezaDeCelda(salida, id::kBlank, 6, fila, celda);
+            return;
         case TipoCelda::kRk:
             ponerCabezaDeCelda(salida, id::kRk, 10, fila, celda);
             poner32(salida, static_cast<uint32_t>(celda.valor));
@@ -38,7 +40,9 @@ void ponerSola(std::string& salida, int32_t fila, const Celda& celda, const Tabl
             ponerCabezaDeCelda(salida, id::kBoolErr, 8, fila, celda);
             poner16(salida, static_cast<uint32_t>(celda.valor));
             return;
-        case TipoCelda::kCruda: salida += tabla.crudo(celda); return;
+        case TipoCelda::kCruda:
+            salida += tabla.crudo(celda);
+            return;
     }
 }
 

@@ -82,9 +82,10 @@ void HojaInterna::Paste() {
     const Area destino = aqui ? seleccion.area : Area{};
     copiar(*origen, copiado, *hoja, destino.fila0, destino.columna0);
     // What has been pasted is what is selected now; its first cell stays the active one.
-    sesion_->seleccion() = {hoja_,
-                            {destino.fila0, destino.fila0 + copiado.fila1 - copiado.fila0,
-                             destino.columna0, destino.columna0 + copiado.columna1 - copiado.columna0}};
+    sesion_->seleccion() = {
+        hoja_,
+        {destino.fila0, destino.fila0 + copiado.fila1 - copiado.fila0, destino.columna0,
+         destino.columna0 + copiado.columna1 - copiado.columna0}};
 }
 
 std::unique_ptr<excel::HPageBreaks> HojaInterna::HPageBreaks() {

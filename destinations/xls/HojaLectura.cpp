@@ -29,24 +29,46 @@ class LectorHoja {
     bool leerDeTabla(const RegistroVisto& registro) {
         const Vista datos(registro.datos);
         switch (registro.id) {
-            case id::kRow: leerFila(datos); return true;
-            case id::kRk: celda(datos, TipoCelda::kRk).valor = datos.u32(6); return true;
-            case id::kNumber: celda(datos, TipoCelda::kNumero).valor = datos.u64(6); return true;
-            case id::kBlank: celda(datos, TipoCelda::kVacia); return true;
-            case id::kBoolErr: celda(datos, TipoCelda::kLogica).valor = datos.u16(6); return true;
-            case id::kLabelSst: leerTexto(datos); return true;
-            case id::kMulRk: leerVarias(datos, 6, TipoCelda::kRk); return true;
-            case id::kMulBlank: leerVarias(datos, 2, TipoCelda::kVacia); return true;
+            case id::kRow:
+                leerFila(datos);
+                return true;
+            case id::kRk:
+                celda(datos, TipoCelda::kRk).valor = datos.u32(6);
+                return true;
+            case id::kNumber:
+                celda(datos, TipoCelda::kNumero).valor = datos.u64(6);
+                return true;
+            case id::kBlank:
+                celda(datos, TipoCelda::kVacia);
+                return true;
+            case id::kBoolErr:
+                celda(datos, TipoCelda::kLogica).valor = datos.u16(6);
+                return true;
+            case id::kLabelSst:
+                leerTexto(datos);
+                return true;
+            case id::kMulRk:
+                leerVarias(datos, 6, TipoCelda::kRk);
+                return true;
+            case id::kMulBlank:
+                leerVarias(datos, 2, TipoCelda::kVacia);
+                return true;
             case id::kLabel:
             case id::kRString:
-            case id::kFormula: leerCruda(registro); return true;
+            case id::kFormula:
+                leerCruda(registro);
+                return true;
             case id::kString:
             case id::kShrFmla:
             case id::kArray:
             case id::kTable:
-            case id::kContinue: return anexar(registro);
-            case id::kDbCell: cruda_ = kNinguna; return true;
-            default: return false;
+            case id::kContinue:
+                return anexar(registro);
+            case id::kDbCell:
+                cruda_ = kNinguna;
+                return true;
+            default:
+                return false;
         }
     }
 
@@ -133,9 +155,9 @@ class LectorHoja {
 
     // In a sheet without cells, where the table would have ended.
     static bool vaDetras(uint16_t numero) {
-        constexpr uint16_t kDetras[] = {id::kEof,     id::kWindow2, id::kMergedCells,
-                                        0x00EC, 0x005D, 0x001C, 0x01B6, 0x01B0,
-                                        0x01B8, 0x01B2, 0x001D, 0x0041, 0x00A0};
+        constexpr uint16_t kDetras[] = {
+            id::kEof, id::kWindow2, id::kMergedCells, 0x00EC, 0x005D, 0x001C, 0x01B6,
+            0x01B0,   0x01B8,       0x01B2,           0x001D, 0x0041, 0x00A0};
         return std::find(std::begin(kDetras), std::end(kDetras), numero) != std::end(kDetras);
     }
 

@@ -139,8 +139,8 @@ std::shared_ptr<Hoja> anadirHoja(Libro& libro, const Hoja& tras) {
     auto hoja = std::make_shared<Hoja>();
     hoja->libro = &libro;
     hoja->nombre = nombreLibre(libro);
-    hoja->celdas = std::make_unique<HojaDeCeldas>(subflujoDeHojaNueva(), libro.formatos(),
-                                                  libro.cadenas());
+    hoja->celdas =
+        std::make_unique<HojaDeCeldas>(subflujoDeHojaNueva(), libro.formatos(), libro.cadenas());
     hoja->tocada = true;
     const auto sitio = static_cast<ptrdiff_t>(indiceBoundSheet(libro, anterior) + 1);
     libro.globales().insert(

@@ -24,7 +24,8 @@ bool vaTrasCadenas(uint16_t numero) {
 }  // namespace
 
 std::shared_ptr<Libro> Libro::nuevo(int anio) {
-    std::shared_ptr<Libro> libro(new Libro(Compuesto::nuevo(), 1, flujoDeLibroNuevo("Hoja1"), anio));
+    std::shared_ptr<Libro> libro(
+        new Libro(Compuesto::nuevo(), 1, flujoDeLibroNuevo("Hoja1"), anio));
     libro->tocado_ = true;
     return libro;
 }
@@ -43,7 +44,8 @@ bool Libro::fechas1904() const {
 
 void Libro::tocar() {
     if (compartido_) {
-        rechazar("El libro es compartido (guarda su historial de cambios) y no se puede modificar.");
+        rechazar(
+            "El libro es compartido (guarda su historial de cambios) y no se puede modificar.");
     }
     tocado_ = true;
 }
@@ -116,11 +118,13 @@ void Libro::ponerGlobales(std::string& flujo, std::vector<size_t>& referencias) 
                 posicionSst = flujo.size();
                 cadenas_->serializar(flujo);
                 break;
-            case id::kExtSst: ponerIndiceDeCadenas(flujo, registro.datos, posicionSst); break;
+            case id::kExtSst:
+                ponerIndiceDeCadenas(flujo, registro.datos, posicionSst);
+                break;
             case id::kXfCrc:
-                ponerRegistro(flujo, registro.id,
-                              formatos_->ampliado() ? formatos_->suma(registro.datos)
-                                                    : registro.datos);
+                ponerRegistro(
+                    flujo, registro.id,
+                    formatos_->ampliado() ? formatos_->suma(registro.datos) : registro.datos);
                 break;
             default:
                 if (registro.id == id::kBoundSheet) referencias.push_back(flujo.size() + 4);

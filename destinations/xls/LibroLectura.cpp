@@ -23,8 +23,9 @@ constexpr const char* kCifrado =
 [[noreturn]] void rechazarFichero(std::string_view fichero) {
     if (fichero.empty()) rechazar("El fichero está vacío.");
     if (fichero.starts_with("PK")) {
-        rechazar("El fichero es un libro XLSX, aunque se llame .xls; guárdelo antes como libro de "
-                 "Excel 97-2003.");
+        rechazar(
+            "El fichero es un libro XLSX, aunque se llame .xls; guárdelo antes como libro de "
+            "Excel 97-2003.");
     }
     const size_t letra = fichero.substr(0, 512).find_first_not_of(" \t\r\n\xEF\xBB\xBF");
     if (letra != std::string_view::npos && fichero[letra] == '<') {
@@ -48,8 +49,7 @@ std::shared_ptr<Libro> Libro::abrir(std::string_view fichero, int anio) {
     }
     std::string flujo = compuesto.flujo(*numero);
     compuesto.flujo(*numero, {});
-    return std::shared_ptr<Libro>(
-        new Libro(std::move(compuesto), *numero, std::move(flujo), anio));
+    return std::shared_ptr<Libro>(new Libro(std::move(compuesto), *numero, std::move(flujo), anio));
 }
 
 Libro::Libro(Compuesto compuesto, size_t numeroFlujo, std::string flujo, int anio)
@@ -76,7 +76,8 @@ Libro::Libro(Compuesto compuesto, size_t numeroFlujo, std::string flujo, int ani
     leerHojas(bordes);
 }
 
-// The string table is taken out of the list; its first record stays there, empty, to hold its place.
+// The string table is taken out of the list; its first record stays there, empty, to hold its
+// place.
 void Libro::leerGlobales(const Subflujo& bordes) {
     LectorRegistros lector(std::string_view(flujo_).substr(0, bordes.fin), bordes.inicio);
     std::vector<std::string> trozos;
@@ -94,8 +95,8 @@ void Libro::leerGlobales(const Subflujo& bordes) {
         }
         trozos.emplace_back(registro->datos);
     }
-    cadenas_ = trozos.empty() ? std::make_unique<Cadenas>()
-                              : std::make_unique<Cadenas>(std::move(trozos));
+    cadenas_ =
+        trozos.empty() ? std::make_unique<Cadenas>() : std::make_unique<Cadenas>(std::move(trozos));
 }
 
 void Libro::leerHojas(const std::vector<Subflujo>& bordes) {
@@ -108,8 +109,8 @@ void Libro::leerHojas(const std::vector<Subflujo>& bordes) {
             return hoja->posicion == bordes[i].inicio;
         });
         if (citado) continue;
-        sinReferencia_.push_back(std::string_view(flujo_).substr(
-            bordes[i].inicio, bordes[i].fin - bordes[i].inicio));
+        sinReferencia_.push_back(
+            std::string_view(flujo_).substr(bordes[i].inicio, bordes[i].fin - bordes[i].inicio));
     }
 }
 
@@ -119,9 +120,8 @@ void Libro::leerHoja(const Registro& boundSheet, const std::vector<Subflujo>& bo
     const auto lugar = std::find_if(bordes.begin() + 1, bordes.end(), [&](const Subflujo& borde) {
         return borde.inicio == posicion;
     });
-    const bool repetida = std::any_of(hojas_.begin(), hojas_.end(), [&](const auto& otra) {
-        return otra->posicion == posicion;
-    });
+    const bool repetida = std::any_of(hojas_.begin(), hojas_.end(),
+                                      [&](const auto& otra) { return otra->posicion == posicion; });
     if (lugar == bordes.end() || repetida) danado("una hoja no está donde dice");
     auto hoja = std::make_shared<Hoja>();
     hoja->libro = this;

@@ -35,8 +35,7 @@ void ponerFuente(std::string& salida) {
 
 // Font, number format, protection and kind, alignment, indent, which attributes are its own.
 void ponerXf(std::string& salida, uint32_t fuente, uint32_t clase, uint32_t usados) {
-    ponerPalabras(salida, id::kXf,
-                  {fuente, 0, clase, 0x0020, usados << 8, 0, 0, 0, 0, 0x20C0});
+    ponerPalabras(salida, id::kXf, {fuente, 0, clase, 0x0020, usados << 8, 0, 0, 0, 0, 0x20C0});
 }
 
 void ponerFormatos(std::string& salida) {

@@ -66,17 +66,15 @@ uint16_t LibrosExternos::xti(int32_t primera, int32_t ultima, size_t cuantasHoja
     });
     if (igual != lista_.end()) return static_cast<uint16_t>(igual - lista_.begin());
     if (lista_.size() >= kMaximoXti) rechazar("El libro tiene demasiadas referencias a hojas.");
-    lista_.push_back(
-        {*propio_, static_cast<int16_t>(primera), static_cast<int16_t>(ultima)});
+    lista_.push_back({*propio_, static_cast<int16_t>(primera), static_cast<int16_t>(ultima)});
     reescribir();
     return static_cast<uint16_t>(lista_.size() - 1);
 }
 
 // Behind the other workbooks, whose numbers must not change, and before the list of sheets.
 void LibrosExternos::crearLibroPropio(size_t cuantasHojas) {
-    const auto cuantos = std::count_if(globales_.begin(), globales_.end(), [](const Registro& r) {
-        return r.id == id::kSupBook;
-    });
+    const auto cuantos = std::count_if(globales_.begin(), globales_.end(),
+                                       [](const Registro& r) { return r.id == id::kSupBook; });
     propio_ = static_cast<uint16_t>(cuantos);
     size_t lugar = buscarRegistro(globales_, id::kExternSheet);
     if (lugar == globales_.size()) {

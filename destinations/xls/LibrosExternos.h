@@ -23,7 +23,8 @@ class LibrosExternos {
     /// First and last sheet behind a number; nothing when they are of another workbook or gone.
     std::optional<std::pair<int32_t, int32_t>> hojas(uint16_t xti) const;
 
-    /// The workbook's sheets have changed places: nuevos tells each old one's, -1 for a removed one.
+    /// The workbook's sheets have changed places: nuevos tells each old one's, -1 for a removed
+    /// one.
     void remapear(const std::vector<int32_t>& nuevos, size_t cuantasHojas);
 
  private:

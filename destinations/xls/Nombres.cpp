@@ -20,9 +20,9 @@ constexpr uint16_t kOculto = 1;
 constexpr uint32_t kMaximoTexto = 255;
 
 const char* const kIncorporados[] = {
-    "Consolidate_Area", "Auto_Open",   "Auto_Close",    "Extract",         "Database",
-    "Criteria",         "Print_Area",  "Print_Titles",  "Recorder",        "Data_Form",
-    "Auto_Activate",    "Auto_Deactivate", "Sheet_Title", "_FilterDatabase"};
+    "Consolidate_Area", "Auto_Open",       "Auto_Close",   "Extract",        "Database",
+    "Criteria",         "Print_Area",      "Print_Titles", "Recorder",       "Data_Form",
+    "Auto_Activate",    "Auto_Deactivate", "Sheet_Title",  "_FilterDatabase"};
 
 std::string textoIncorporado(const std::string& codigo) {
     const size_t numero = codigo.empty() ? 255 : static_cast<unsigned char>(codigo[0]);
@@ -56,7 +56,8 @@ std::string hacerRegistro(uint16_t opciones, const std::string& texto, const Rgc
 }
 
 bool esLetra(char c) {
-    return std::isalpha(static_cast<unsigned char>(c)) != 0 || (static_cast<uint8_t>(c) & 0x80) != 0;
+    return std::isalpha(static_cast<unsigned char>(c)) != 0 ||
+           (static_cast<uint8_t>(c) & 0x80) != 0;
 }
 
 // "IV65536" and its like, in either way of writing references.

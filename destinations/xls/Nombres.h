@@ -35,8 +35,8 @@ class Nombres {
     /// Adds a name of the workbook; throws ErrorExcel when it is no valid one.
     void agregar(const std::string& nombre, const Rgce& formula);
 
-    /// The workbook's sheets have changed places: nuevos tells each old one's, -1 for a removed one.
-    /// A removed sheet's own names keep their place as hidden names that refer to nothing.
+    /// The workbook's sheets have changed places: nuevos tells each old one's, -1 for a removed
+    /// one. A removed sheet's own names keep their place as hidden names that refer to nothing.
     void remapear(const std::vector<int32_t>& nuevos);
 
  private:

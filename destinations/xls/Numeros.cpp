@@ -19,7 +19,7 @@ uint32_t rkEntero(double entero) {
 }  // namespace
 
 std::optional<uint32_t> aRk(double numero) {
-    if (numero == 0 && std::signbit(numero)) return std::nullopt;
+    if (!std::isfinite(numero) || (numero == 0 && std::signbit(numero))) return std::nullopt;
     if (std::fabs(numero) < kLimiteEntero && numero == std::trunc(numero)) return rkEntero(numero);
     const auto bits = std::bit_cast<uint64_t>(numero);
     if ((bits & 0x3FFFFFFFFU) == 0) return static_cast<uint32_t>(bits >> 32);
@@ -31,9 +31,8 @@ std::optional<uint32_t> aRk(double numero) {
 }
 
 double deRk(uint32_t rk) {
-    const double numero = (rk & kEntero) != 0
-                              ? static_cast<double>(static_cast<int32_t>(rk) >> 2)
-                              : std::bit_cast<double>(uint64_t{rk & ~3U} << 32);
+    const double numero = (rk & kEntero) != 0 ? static_cast<double>(static_cast<int32_t>(rk) >> 2)
+                                              : std::bit_cast<double>(uint64_t{rk & ~3U} << 32);
     return (rk & kCentesimas) != 0 ? numero / 100 : numero;
 }
 

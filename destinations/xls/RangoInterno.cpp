@@ -93,9 +93,11 @@ void RangoInterno::FormulaR1C1(const Variante& valor) {
     const std::shared_ptr<Hoja> hoja = exigirHoja(hoja_);
     const int64_t filas = int64_t{area_.fila1} - area_.fila0 + 1;
     const int64_t columnas = int64_t{area_.columna1} - area_.columna0 + 1;
-    if (filas * columnas > kMaximoCeldas) rechazar("Son demasiadas celdas para escribirlas a la vez.");
+    if (filas * columnas > kMaximoCeldas)
+        rechazar("Son demasiadas celdas para escribirlas a la vez.");
     for (int32_t i = area_.fila0; i <= area_.fila1; ++i) {
-        for (int32_t j = area_.columna0; j <= area_.columna1; ++j) escribirCelda(*hoja, i, j, valor);
+        for (int32_t j = area_.columna0; j <= area_.columna1; ++j)
+            escribirCelda(*hoja, i, j, valor);
     }
 }
 
@@ -115,17 +117,24 @@ void RangoInterno::HorizontalAlignment(int32_t alineacion) {
     constexpr int32_t kAlinearGeneral = 1;
     const std::shared_ptr<Hoja> hoja = exigirHoja(hoja_);
     switch (alineacion) {
-        case excel::kAlinearDerecha: alinear(*hoja, area_, Alineacion::kDerecha); return;
-        case excel::kAlinearIzquierda: alinear(*hoja, area_, Alineacion::kIzquierda); return;
-        case excel::kAlinearCentro: alinear(*hoja, area_, Alineacion::kCentro); return;
-        case kAlinearGeneral: alinear(*hoja, area_, Alineacion::kGeneral); return;
-        default: rechazar("Esa alineación no existe.");
+        case excel::kAlinearDerecha:
+            alinear(*hoja, area_, Alineacion::kDerecha);
+            return;
+        case excel::kAlinearIzquierda:
+            alinear(*hoja, area_, Alineacion::kIzquierda);
+            return;
+        case excel::kAlinearCentro:
+            alinear(*hoja, area_, Alineacion::kCentro);
+            return;
+        case kAlinearGeneral:
+            alinear(*hoja, area_, Alineacion::kGeneral);
+            return;
+        default:
+            rechazar("Esa alineación no existe.");
     }
 }
 
-void RangoInterno::ColumnWidth(double ancho) {
-    anchoDeColumnas(*exigirHoja(hoja_), area_, ancho);
-}
+void RangoInterno::ColumnWidth(double ancho) { anchoDeColumnas(*exigirHoja(hoja_), area_, ancho); }
 
 void RangoInterno::NumberFormat(const std::string& formato) {
     formatoNumerico(*exigirHoja(hoja_), area_, formato);

@@ -34,8 +34,8 @@ class RangoInterno final : public excel::Range {
     Area area_;
 };
 
-/// The area of a reference text: "B7", "A1:C3", "1:3", "A:C", with or without "$". Throws ErrorExcel
-/// for any other text, and for what lies outside a sheet.
+/// The area of a reference text: "B7", "A1:C3", "1:3", "A:C", with or without "$". Throws
+/// ErrorExcel for any other text, and for what lies outside a sheet.
 Area areaDeTexto(const std::string& referencia);
 
 /// Throws ErrorExcel when the cell, counted from 0, lies outside a sheet.

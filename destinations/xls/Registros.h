@@ -72,7 +72,8 @@ struct RegistroVisto {
     size_t despues() const { return posicion + 4 + datos.size(); }
 };
 
-/// Walks the records of a stream from a position; a record that runs over the end throws ErrorExcel.
+/// Walks the records of a stream from a position; a record that runs over the end throws
+/// ErrorExcel.
 class LectorRegistros {
  public:
     explicit LectorRegistros(std::string_view flujo, size_t posicion = 0)

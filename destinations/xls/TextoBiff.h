@@ -20,7 +20,8 @@ TextoBiff aBiff(std::string_view utf8);
 /// To UTF-8; a lone surrogate becomes U+FFFD. Of an odd last byte of a wide text nothing is left.
 std::string deBiff(std::string_view bytes, bool ancho);
 
-/// Appends as deBiff does. For a text that comes in pieces the pieces must not cut a surrogate pair.
+/// Appends as deBiff does. For a text that comes in pieces the pieces must not cut a surrogate
+/// pair.
 void anadirDeBiff(std::string& utf8, std::string_view bytes, bool ancho);
 
 /// Reads the option byte at pos and that many characters behind it; throws ErrorExcel when they are

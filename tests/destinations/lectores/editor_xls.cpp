@@ -42,12 +42,11 @@ void anadirFilas(excel::Worksheet& hoja, int primera) {
         const double fecha = 45000.25 + i * 0.125;
         const std::string matricula = i % 3 == 0 ? "M" + std::to_string(4000 + i) + "ÑŽ" : "IGUAL";
         const float tara = 100.25F + static_cast<float>(i) / 8;
-        const Variante valores[] = {FechaOle{fecha}, matricula, int32_t{1000000 + i}, int32_t{i},
-                                    int32_t{-i},     true,      tara,                 12.35F};
-        const std::string dichos[] = {decimal(fecha),      matricula,
-                                      decimal(1000000 + i), decimal(i),
-                                      decimal(-i),         "TRUE",
-                                      decimal(tara),       "12.35"};
+        const Variante valores[] = {
+            FechaOle{fecha}, matricula, int32_t{1000000 + i}, int32_t{i}, int32_t{-i}, true, tara,
+            12.35F};
+        const std::string dichos[] = {decimal(fecha), matricula, decimal(1000000 + i), decimal(i),
+                                      decimal(-i),    "TRUE",    decimal(tara),        "12.35"};
         for (int j = 0; j < 8; ++j) {
             hoja.Cells()->Item(fila, j + 1)->FormulaR1C1(valores[j]);
             decir(nombre, fila, j + 1, dichos[j]);
