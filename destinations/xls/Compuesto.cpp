@@ -97,12 +97,13 @@ void Compuesto::quitar(size_t numero) {
     std::vector<size_t> hijos = hijosDeRaiz();
     std::erase(hijos, numero);
     entradas_.at(numero) = {entradaNueva("", 0), {}};
-    reconstruirArbol(std::move(hijos));
+    reconstruirArbol(hijos);
 }
 
 // A balanced tree of the root's entries, all black but for the deepest level: a red-black tree.
-void Compuesto::reconstruirArbol(std::vector<size_t> hijos) {
+void Compuesto::reconstruirArbol(const std::vector<size_t>& hijos) {
     std::vector<std::pair<std::string, size_t>> porNombre;
+    porNombre.reserve(hijos.size());
     for (const size_t numero : hijos) porNombre.emplace_back(nombre(numero), numero);
     const auto largo = [](const std::string& texto) { return aBiff(texto).unidades; };
     std::sort(porNombre.begin(), porNombre.end(), [&](const auto& a, const auto& b) {

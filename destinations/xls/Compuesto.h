@@ -46,7 +46,7 @@ class Compuesto {
     };
 
     std::vector<size_t> hijosDeRaiz() const;
-    void reconstruirArbol(std::vector<size_t> hijos);
+    void reconstruirArbol(const std::vector<size_t>& hijos);
     std::string nombre(size_t numero) const;
 
     std::string cabecera_;

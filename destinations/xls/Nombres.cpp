@@ -82,7 +82,7 @@ bool esNombreValido(const std::string& texto) {
 }
 
 void exigirCorta(const Rgce& formula) {
-    constexpr size_t kSitio = kMaximoDatos - kPosTexto - 1 - 2 * kMaximoTexto;
+    constexpr size_t kSitio = kMaximoDatos - kPosTexto - 1 - 2 * size_t{kMaximoTexto};
     if (formula.size() > kSitio) rechazar("La fórmula del nombre es demasiado larga.");
 }
 

@@ -107,7 +107,8 @@ std::shared_ptr<LibroAbierto> Sesion::nuevoDePlantilla(const std::string& planti
 fs::path Sesion::nombreDeCopia(const fs::path& ruta) const {
     const double ahora = ahora_();
     const auto dia = calendario(ahora);
-    const auto segundos = static_cast<int>((ahora - std::floor(ahora)) * 86400 + 0.5) % 86400;
+    const auto segundos =
+        static_cast<int>(std::lround((ahora - std::floor(ahora)) * 86400) % 86400);
     char sello[40];
     std::snprintf(sello, sizeof sello, ".%04d%02u%02u-%02d%02d%02d", static_cast<int>(dia.year()),
                   static_cast<unsigned>(dia.month()), static_cast<unsigned>(dia.day()),
