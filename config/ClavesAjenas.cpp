@@ -30,7 +30,7 @@ std::string dispositivoDePuerto(const std::filesystem::path& ini, int16_t canal)
 
 std::string motorExcel(const std::filesystem::path& ini) {
     const std::string motor = mayusculas(leerClave(ini, "Excel", "Motor"));
-    for (const std::string conocido : {"excel", "interno", "ninguno"}) {
+    for (const char* conocido : {"excel", "interno", "ninguno"}) {
         if (motor == mayusculas(conocido)) {
             return conocido;
         }

@@ -102,7 +102,7 @@ struct Minusculas {
     char32_t primera, ultima;
     int32_t distancia;
 };
-constexpr std::array<Minusculas, 32> kMinusculas = {{
+constexpr std::array<Minusculas, 34> kMinusculas = {{
     {0x61, 0x7A, -32},     // basic Latin
     {0xE0, 0xF6, -32},     // Western European
     {0xF8, 0xFE, -32},     //
@@ -115,6 +115,8 @@ constexpr std::array<Minusculas, 32> kMinusculas = {{
     {0x17A, 0x17E, 0},     //
     {0x17F, 0x17F, -300},  // long s
     {0x192, 0x192, -1},    // the florin sign
+    {0x1A1, 0x1A5, 0},     // Vietnamese
+    {0x1B0, 0x1B0, 0},     //
     {0x1CE, 0x1DC, 0},     //
     {0x1DF, 0x1EF, 0},     //
     {0x1F9, 0x21F, 0},     //

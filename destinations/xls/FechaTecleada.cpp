@@ -179,7 +179,7 @@ class Lector {
         constexpr Pieza kPrimero{kNumero, 1, 1};
         if (conCifras && mes.cifras == 4) return diaConAnio(mes, n, kPrimero, "mmm-yy");
         if (n.cifras <= 2 && n.valor > 0) {
-            if (const auto entrada = dia(anioActual_, mes, n, "d-mmm")) return entrada;
+            if (auto entrada = dia(anioActual_, mes, n, "d-mmm")) return entrada;
         }
         if (n.cifras < 2) return std::nullopt;
         return diaConAnio(n, mes, kPrimero, "mmm-yy");

@@ -52,7 +52,10 @@ std::string causaDe(int error) {
 }
 
 [[noreturn]] void fallar(const std::filesystem::path& ruta, const std::string& causa) {
-    throw ErrorFichero(aTexto(ruta) + ": " + causa);
+    std::string texto = aTexto(ruta) + ": " + causa;
+    // what() ends at the first zero.
+    std::replace(texto.begin(), texto.end(), '\0', '?');
+    throw ErrorFichero(texto);
 }
 
 [[noreturn]] void fallar(const std::filesystem::path& ruta, int error) {
@@ -196,20 +199,16 @@ void sincronizarCarpeta(const std::filesystem::path& fichero) {
     abierta.sincronizar();
 }
 
-struct Abierto {
-    Descriptor fichero;
-    bool creado;
-};
-
-Abierto abrirParaAnadir(const std::filesystem::path& ruta) {
+Descriptor abrirParaAnadir(const std::filesystem::path& ruta, bool& creado) {
     Descriptor existente(ruta, O_WRONLY | O_APPEND);
-    if (existente.error() != ENOENT) {
+    creado = existente.error() == ENOENT;
+    if (!creado) {
         existente.exigirAbierto();
-        return {std::move(existente), false};
+        return existente;
     }
     Descriptor nuevo(ruta, O_WRONLY | O_APPEND | O_CREAT);
     nuevo.exigirAbierto();
-    return {std::move(nuevo), true};
+    return nuevo;
 }
 
 /// A new file beside another one, removed again unless it has taken the other's place.
@@ -292,7 +291,7 @@ std::optional<struct stat> sustituible(const std::filesystem::path& ruta) {
 
 /// Writes behind the end and does what follows; when either fails, the file is what it was.
 template <class Accion>
-void anadirOTodoONada(const Descriptor& fichero, std::string_view bytes, Accion despues) {
+void anadirTodoONada(const Descriptor& fichero, std::string_view bytes, Accion despues) {
     const off_t largo = fichero.estado().st_size;
     try {
         fichero.escribirTodo(bytes);
@@ -322,8 +321,9 @@ void crearVacio(const std::filesystem::path& ruta) {
 }
 
 void anadir(const std::filesystem::path& ruta, std::string_view bytes) {
-    const auto [fichero, creado] = abrirParaAnadir(ruta);
-    anadirOTodoONada(fichero, bytes, [&fichero = fichero] { fichero.sincronizar(); });
+    bool creado = false;
+    const Descriptor fichero = abrirParaAnadir(ruta, creado);
+    anadirTodoONada(fichero, bytes, [&fichero] { fichero.sincronizar(); });
     if (creado) {
         sincronizarCarpeta(destinoReal(ruta));
     }
@@ -343,11 +343,13 @@ void reemplazar(const std::filesystem::path& ruta, std::string_view bytes) {
 }
 
 struct Anexo::Interior {
-    Abierto abierto;
+    explicit Interior(const std::filesystem::path& ruta) : fichero(abrirParaAnadir(ruta, creado)) {}
+
+    bool creado = false;
+    Descriptor fichero;
 };
 
-Anexo::Anexo(const std::filesystem::path& ruta)
-    : interior_(std::make_unique<Interior>(Interior{abrirParaAnadir(ruta)})) {}
+Anexo::Anexo(const std::filesystem::path& ruta) : interior_(std::make_unique<Interior>(ruta)) {}
 
 Anexo::~Anexo() {
     try {
@@ -362,7 +364,7 @@ void Anexo::escribir(std::string_view bytes) {
     if (!interior_) {
         throw std::logic_error("escribir en un Anexo cerrado");
     }
-    anadirOTodoONada(interior_->abierto.fichero, bytes, [] {});
+    anadirTodoONada(interior_->fichero, bytes, [] {});
 }
 
 void Anexo::cerrar() {
@@ -370,9 +372,9 @@ void Anexo::cerrar() {
     if (!interior) {
         return;
     }
-    interior->abierto.fichero.sincronizar();
-    if (interior->abierto.creado) {
-        sincronizarCarpeta(destinoReal(interior->abierto.fichero.nombre()));
+    interior->fichero.sincronizar();
+    if (interior->creado) {
+        sincronizarCarpeta(destinoReal(interior->fichero.nombre()));
     }
 }
 

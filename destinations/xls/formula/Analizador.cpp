@@ -25,7 +25,6 @@ constexpr auto kErrores = std::to_array<std::pair<uint8_t, const char*>>({{0x00,
                                                                           {0x1D, "#NAME?"},
                                                                           {0x24, "#NUM!"},
                                                                           {0x2A, "#N/A"}});
-constexpr uint8_t kCodigoRef = 0x17;
 
 struct SignoOperador {
     std::string_view texto;
@@ -85,7 +84,15 @@ class Analizador {
 
     [[noreturn]] void fallar(const std::string& motivo) const {
         throw excel::ErrorExcel("La fórmula no es correcta: " + motivo + " (posición " +
-                                std::to_string(pos_ + 1) + ").");
+                                std::to_string(caracteresDelante() + 1) + ").");
+    }
+
+    size_t caracteresDelante() const {
+        size_t n = 0;
+        for (const char c : texto_.substr(0, pos_)) {
+            if ((static_cast<unsigned char>(c) & 0xC0) != 0x80) ++n;
+        }
+        return n;
     }
 
     char actual() const { return pos_ < texto_.size() ? texto_[pos_] : '\0'; }
@@ -379,9 +386,9 @@ class Analizador {
     Nodo argumento() {
         const size_t inicio = pos_;
         leerBlancos();
-        if (actual() == ',' || actual() == ')') return {};
+        const bool falta = actual() == ',' || actual() == ')';
         pos_ = inicio;
-        return expresion(0);
+        return falta ? Nodo{} : expresion(0);
     }
 
     Notacion notacion_;

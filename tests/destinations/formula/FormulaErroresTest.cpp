@@ -77,6 +77,7 @@ TEST(ErroresDeFormula, SayInSpanishWhatIsWrongAndWhere) {
               "La fórmula no es correcta: falta un paréntesis de cierre (posición 4).");
     EXPECT_EQ(mensaje("=NADA(1)"),
               "La fórmula no es correcta: no se conoce la función NADA (posición 6).");
+    EXPECT_EQ(mensaje("=\"ñ\"+"), "La fórmula no es correcta: falta un valor (posición 6).");
     EXPECT_EQ(mensaje("=nada"), "La fórmula no es correcta: no existe el nombre \"nada\".");
     EXPECT_EQ(mensaje("=Ajena!R1C1"), "La fórmula no es correcta: no existe la hoja \"Ajena\".");
     EXPECT_EQ(mensaje("=R70000C1"), "La referencia R70000 está fuera de la hoja.");

@@ -275,6 +275,23 @@ TEST(FormulaIdaYVuelta, ParenthesesLeftOutByOtherWritersAreShownWhereTheyMatter)
     EXPECT_EQ(leida({0x1E, 1, 0, 0x1E, 2, 0, 0x07, 0x13}), "=-(1^2)");
 }
 
+TEST(FormulaIdaYVuelta, FormulasOfTheWorksheetAndOfOtherWritersRead) {
+    LibroDePrueba libro;
+    libro.xtis = {{"Hoja1", "Hoja1"}, {"Otra hoja", "Otra hoja"}};
+    // The unused bytes of a sum hold anything; a negative number may be one constant.
+    EXPECT_EQ(descompilar(Rgce{0x23, 1, 0, 0, 0, 0x19, 0x10, 0xF2, 0x0A}, kCelda, libro),
+              "=SUM(total)");
+    EXPECT_EQ(descompilarNombre(Rgce{0x1F, 0, 0, 0, 0, 0, 0, 0xF0, 0xBF}, libro), "=-1");
+    // Rows and columns to repeat on every page.
+    const Rgce titulos{0x29, 23,   0, 0x3B, 1, 0, 0, 0, 0xFF, 0xFF, 0,    0, 0,
+                       0,    0x3B, 1, 0,    0, 0, 0, 0, 0,    0,    0xFF, 0, 0x10};
+    EXPECT_EQ(descompilarNombre(titulos, libro), "='Otra hoja'!$A:$A,'Otra hoja'!$1:$1");
+    // A choice, with its table of jumps.
+    const Rgce eleccion{0x1E, 2,    0,  0x19, 0x04, 2, 0, 6,    0,    13, 0, 20,   0, 0x1E, 7, 0,
+                        0x19, 0x08, 10, 0,    0x1E, 8, 0, 0x19, 0x08, 3,  0, 0x42, 3, 100,  0};
+    EXPECT_EQ(descompilar(eleccion, kCelda, libro), "=CHOOSE(2,7,8)");
+}
+
 TEST(FormulaIdaYVuelta, ReadsReferenceOperatorsOfOtherWriters) {
     LibroDePrueba libro;
     const auto leida = [&](const Rgce& rgce) { return descompilar(rgce, kCelda, libro); };
