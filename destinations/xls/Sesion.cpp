@@ -3,8 +3,6 @@
 
 #include <chrono>
 #include <cmath>
-#include <cstdio>
-#include <system_error>
 #include <utility>
 
 #include "destinations/excel/ObjectModel.h"
@@ -15,18 +13,6 @@ namespace bn::xls {
 namespace {
 
 namespace fs = std::filesystem;
-
-// Two spellings of one file's path are one.
-fs::path normal(const fs::path& ruta) {
-    std::error_code error;
-    const fs::path absoluta = fs::absolute(ruta, error);
-    return (error ? ruta : absoluta).lexically_normal();
-}
-
-bool existe(const fs::path& ruta) {
-    std::error_code error;
-    return fs::exists(fs::symlink_status(ruta, error));
-}
 
 std::chrono::year_month_day calendario(double dias) {
     using std::chrono::December;
@@ -83,14 +69,7 @@ std::shared_ptr<LibroAbierto> Sesion::alta(std::shared_ptr<Libro> libro, std::st
 std::shared_ptr<LibroAbierto> Sesion::abrir(const std::string& texto) {
     exigirViva();
     const fs::path ruta = ficheros::aRuta(texto);
-    try {
-        auto libro = leer(ruta);
-        noAbiertas_.erase(normal(ruta));
-        return alta(std::move(libro), ficheros::aTexto(ruta.filename()));
-    } catch (const excel::ErrorExcel&) {
-        noAbiertas_.insert(normal(ruta));
-        throw;
-    }
+    return alta(leer(ruta), ficheros::aTexto(ruta.filename()));
 }
 
 std::shared_ptr<LibroAbierto> Sesion::nuevo() {
@@ -104,45 +83,14 @@ std::shared_ptr<LibroAbierto> Sesion::nuevoDePlantilla(const std::string& planti
     return alta(leer(ruta), ficheros::aTexto(ruta.stem()) + "1");
 }
 
-fs::path Sesion::nombreDeCopia(const fs::path& ruta) const {
-    const double ahora = ahora_();
-    const auto dia = calendario(ahora);
-    const auto segundos =
-        static_cast<int>(std::lround((ahora - std::floor(ahora)) * 86400) % 86400);
-    char sello[40];
-    std::snprintf(sello, sizeof sello, ".%04d%02u%02u-%02d%02d%02d", static_cast<int>(dia.year()),
-                  static_cast<unsigned>(dia.month()), static_cast<unsigned>(dia.day()),
-                  segundos / 3600, segundos / 60 % 60, segundos % 60);
-    fs::path copia = ruta;
-    copia += sello;
-    copia += ".bak";
-    for (int i = 2; existe(copia); ++i) {
-        copia = ruta;
-        copia += std::string(sello) + "-" + std::to_string(i) + ".bak";
-    }
-    return copia;
-}
-
 void Sesion::guardar(LibroAbierto& abierto, const std::string& texto) {
     exigirViva();
     const fs::path ruta = ficheros::aRuta(texto);
-    const std::string bytes = abierto.libro->serializar();
-    fs::path copia;
-    std::error_code error;
-    if (noAbiertas_.contains(normal(ruta)) && fs::is_regular_file(ruta, error)) {
-        copia = nombreDeCopia(ruta);
-        fs::rename(ruta, copia, error);
-        if (error) {
-            rechazar("No se puede apartar \"" + texto + "\": " + error.message() + ".");
-        }
-    }
     try {
-        ficheros::reemplazar(ruta, bytes);
+        ficheros::reemplazar(ruta, abierto.libro->serializar());
     } catch (const ErrorFichero& fallo) {
-        if (!copia.empty()) fs::rename(copia, ruta, error);
         rechazar(fallo.what());
     }
-    noAbiertas_.erase(normal(ruta));
     abierto.nombre = ficheros::aTexto(ruta.filename());
 }
 

@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -50,12 +49,10 @@ class Sesion {
  private:
     std::shared_ptr<Libro> leer(const std::filesystem::path& ruta) const;
     std::shared_ptr<LibroAbierto> alta(std::shared_ptr<Libro> libro, std::string nombre);
-    std::filesystem::path nombreDeCopia(const std::filesystem::path& ruta) const;
     int anio() const;
 
     std::function<double()> ahora_;
     std::vector<std::shared_ptr<LibroAbierto>> libros_;
-    std::set<std::filesystem::path> noAbiertas_;
     AreaDeHoja seleccion_;
     AreaDeHoja copiado_;
     int nuevos_ = 0;

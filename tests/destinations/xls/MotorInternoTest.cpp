@@ -62,27 +62,6 @@ TEST_F(MotorInterno, AMissingWorkbookDoesNotExist) {
     EXPECT_THROW(aplicacion_->Workbooks()->Open(carpeta_.ruta().string()), excel::ErrorExcel);
 }
 
-TEST_F(MotorInterno, AFileItCouldNotOpenIsKeptBesideTheOneThatTakesItsPlace) {
-    escribirFichero(carpeta_ / "p.xls", "no es un libro");
-    EXPECT_THROW(aplicacion_->Workbooks()->Open(ruta("p.xls")), excel::ErrorExcel);
-    const auto libro = aplicacion_->Workbooks()->Add();
-    libro->SaveAs(ruta("./p.xls"), 1);
-    EXPECT_THAT(ficheros(), ElementsAre("p.xls", "p.xls.20230315-060708.bak"));
-    EXPECT_EQ(leerFichero(carpeta_ / "p.xls.20230315-060708.bak"), "no es un libro");
-    libro->SaveAs(ruta("p.xls"), 1);
-    EXPECT_EQ(ficheros().size(), 2U);
-}
-
-TEST_F(MotorInterno, TwoFilesKeptInOneSecondHaveTwoNames) {
-    for (int i = 0; i < 2; ++i) {
-        escribirFichero(carpeta_ / "p.xls", "basura " + std::to_string(i));
-        EXPECT_THROW(aplicacion_->Workbooks()->Open(ruta("p.xls")), excel::ErrorExcel);
-        aplicacion_->Workbooks()->Add()->SaveAs(ruta("p.xls"), 1);
-    }
-    EXPECT_EQ(ficheros().size(), 3U);
-    EXPECT_EQ(leerFichero(carpeta_ / "p.xls.20230315-060708.bak"), "basura 0");
-}
-
 TEST_F(MotorInterno, AFileItOpenedIsSimplyReplaced) {
     escribirFichero(carpeta_ / "p.xls", muestra("s4_gnumeric"));
     const auto libro = aplicacion_->Workbooks()->Open(ruta("p.xls"));
