@@ -120,6 +120,7 @@ QWidget* EdiTxt::crearVista() {
     rollo_ = new QScrollArea(marcoVista_);
     rollo_->setObjectName(QStringLiteral("rolloVista"));
     rollo_->setWidget(vista_);
+    rollo_->setBackgroundRole(QPalette::Base);
     rollo_->setFocusPolicy(Qt::NoFocus);
     rollo_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     rollo_->setMinimumWidth(vista_->sizeHint().width() + 2);

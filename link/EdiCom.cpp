@@ -123,7 +123,10 @@ void EdiCom::crearAutomatica(QGridLayout& rejilla) {
     fila->setContentsMargins(0, 0, 0, 0);
     fila->setSpacing(kSeparacion);
     txAutom_->setAccessibleName(QStringLiteral("Segundos entre descargas automáticas"));
-    fila->addWidget(new QLabel(QStringLiteral("cada"), frAutom_));
+    auto* cada = new QLabel(QStringLiteral("cada"), frAutom_);
+    cada->setContentsMargins(kSeparacionDeColumnas, 0, 0, 0);
+    cada->setMinimumWidth(rejilla.itemAtPosition(3, 2)->widget()->sizeHint().width());
+    fila->addWidget(cada);
     fila->addWidget(txAutom_);
     fila->addWidget(rotulo(QStringLiteral("&seg."), txAutom_, frAutom_));
     fila->addStretch(1);
