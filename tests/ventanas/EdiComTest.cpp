@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QMenu>
 #include <QPushButton>
@@ -199,6 +200,23 @@ TEST_F(EdiComTest, HasNoSystemFrameAndAcceptsByDefault) {
     EXPECT_TRUE(d.windowFlags().testFlag(Qt::FramelessWindowHint));
     EXPECT_TRUE(control<QPushButton>(d, "Acepto").isDefault());
     EXPECT_EQ(d.findChildren<QFrame*>("lineaDeBorde").size(), 4);
+}
+
+TEST(EdiComEnEscritorioOscuro, StillWritesDarkOnLight) {
+    const QPalette antes = QApplication::palette();
+    QApplication::setPalette(
+        QPalette(Qt::white, Qt::black, Qt::white, Qt::black, Qt::gray, Qt::white, Qt::black));
+    const prueba::CarpetaTemporal carpeta;
+    PlataformaDePrueba plataforma(carpeta.ruta());
+    EdiCom d(plataforma);
+    d.ensurePolished();
+    for (const auto* caja : d.findChildren<QLineEdit*>()) {
+        EXPECT_LT(caja->palette().color(QPalette::Text).lightness(), 100);
+    }
+    EXPECT_LT(control<QCheckBox>(d, "ckAutom").palette().color(QPalette::WindowText).lightness(),
+              100);
+    EXPECT_GT(d.palette().color(QPalette::Window).lightness(), 200);
+    QApplication::setPalette(antes);
 }
 
 TEST_F(EdiComTest, MovesWhenItsBackgroundIsDragged) {
