@@ -67,6 +67,7 @@ QTableWidget { background: #ffffff; border: 1px solid #b4bfca; padding: 1px; out
     gridline-color: #e3e8ed; selection-background-color: #d5e6f7; selection-color: #1d2733; }
 QTableWidget:focus { border: 2px solid #0b5cad; padding: 0; }
 QTableWidget::item:selected { background: #d5e6f7; color: #1d2733; }
+QScrollArea#rolloVista { background: #ffffff; border: 1px solid #b4bfca; }
 QLineEdit#txEd { border: 2px solid #0b5cad; border-radius: 0; padding: 0 1px; }
 QToolButton::menu-indicator { image: none; }
 QHeaderView::section { background: #eef2f6; border: none; border-right: 1px solid #d3dae1;
