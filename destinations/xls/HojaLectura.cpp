@@ -147,6 +147,7 @@ class LectorHoja {
 
     void dejar(const RegistroVisto& registro, bool propio) {
         cruda_ = kNinguna;
+        if (propio) exigirLargo(registro);
         if (!enTabla_ && propio && vaDetras(registro.id)) enTabla_ = true;
         if (!propio) enTabla_ = true;
         Registros& lista = enTabla_ ? hoja_.cola_ : hoja_.cabeza_;

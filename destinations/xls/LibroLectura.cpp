@@ -85,6 +85,7 @@ void Libro::leerGlobales(const Subflujo& bordes) {
     while (const auto registro = lector.siguiente()) {
         enTabla = registro->id == id::kSst || (enTabla && registro->id == id::kContinue);
         if (!enTabla) {
+            exigirLargo(*registro);
             globales_.push_back({registro->id, std::string(registro->datos)});
             continue;
         }

@@ -2,6 +2,7 @@
 #include "destinations/xls/Registros.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "destinations/xls/Bytes.h"
 
@@ -16,6 +17,17 @@ std::optional<RegistroVisto> LectorRegistros::siguiente() {
                                  flujo_.substr(posicion_ + 4, largo)};
     posicion_ = registro.despues();
     return registro;
+}
+
+// What is found out only on saving would come too late for whoever has written into the workbook.
+void exigirLargo(const RegistroVisto& registro) {
+    constexpr std::pair<uint16_t, size_t> kMinimos[] = {
+        {id::kWindow1, 16}, {id::kXfCrc, 20},      {id::kDateMode, 2},
+        {id::kExtSst, 2},   {id::kDimensions, 12}, {id::kDefaultRowHeight, 4},
+        {id::kWindow2, 2},  {id::kColInfo, 10},    {id::kDefColWidth, 2}};
+    for (const auto& [numero, minimo] : kMinimos) {
+        if (registro.id == numero && registro.datos.size() < minimo) danado("faltan bytes");
+    }
 }
 
 void ponerRegistro(std::string& salida, uint16_t id, std::string_view datos) {

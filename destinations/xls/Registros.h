@@ -72,6 +72,9 @@ struct RegistroVisto {
     size_t despues() const { return posicion + 4 + datos.size(); }
 };
 
+/// Throws ErrorExcel when a record that is edited where it stands is too short to be one.
+void exigirLargo(const RegistroVisto& registro);
+
 /// Walks the records of a stream from a position; a record that runs over the end throws
 /// ErrorExcel.
 class LectorRegistros {

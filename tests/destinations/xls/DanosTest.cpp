@@ -167,6 +167,22 @@ TEST(LibroDanado, WithANameBehindItsStringsAndThePositionsShiftedIsRefused) {
               Resultado::kRechazado);
 }
 
+TEST(LibroDanado, WithARecordTooShortToBeEditedIsRefusedBeforeAnythingIsWritten) {
+    for (const uint16_t numero : {id::kDimensions, id::kWindow1, id::kWindow2}) {
+        EXPECT_EQ(probar(enPoi([&](std::string& f) {
+                      const Lugar lugar = buscar(f, numero);
+                      cambiar16(f, lugar.posicion + 2, 1);
+                      f.erase(lugar.posicion + 5, lugar.largo - 1);
+                      f.insert(lugar.posicion + 5, deHex("0F0F") + std::string(2, '\0'));
+                      const size_t sobra = lugar.largo - 1 - 4;
+                      cambiar16(f, lugar.posicion + 7, static_cast<uint32_t>(sobra));
+                      f.insert(lugar.posicion + 9, std::string(sobra, '\0'));
+                  })),
+                  Resultado::kRechazado)
+            << numero;
+    }
+}
+
 // What does no harm to what is read and written: wrong sizes and indexes are made anew, the rest is
 // carried along as it is.
 TEST(LibroDanado, InWhatIsOnlyCarriedAlongIsRead) {
