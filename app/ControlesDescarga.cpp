@@ -7,6 +7,8 @@
 #include <QPushButton>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <initializer_list>
 
 #include "ventanas/Estilo.h"
 #include "ventanas/IconosDeAccion.h"
@@ -65,6 +67,16 @@ void guardarSitio(QWidget* control) {
     control->setSizePolicy(politica);
 }
 
+/// What the widest of the texts takes in the label's letter.
+int anchuraDeTextos(const QLabel& etiqueta, std::initializer_list<const char*> textos) {
+    int anchura = 0;
+    for (const char* texto : textos) {
+        const int suya = etiqueta.fontMetrics().horizontalAdvance(QString::fromUtf8(texto));
+        anchura = std::max(anchura, suya);
+    }
+    return anchura + 2;
+}
+
 }  // namespace
 
 ControlesDescarga::ControlesDescarga(QWidget& ventana) : ventana_(ventana) {
@@ -80,7 +92,8 @@ ControlesDescarga::ControlesDescarga(QWidget& ventana) : ventana_(ventana) {
     cuerpo->addWidget(crearCuenta());
     cuerpo->addWidget(crearBotones());
     columna->addLayout(cuerpo, 1);
-    ventana.setMinimumWidth(kAnchura);
+    // Not a minimum width of the window: that would keep it from growing with its texts.
+    columna->addStrut(kAnchura);
 }
 
 QWidget* ControlesDescarga::crearCabecera() {
@@ -216,6 +229,7 @@ QWidget* ControlesDescarga::crearCuenta() {
     lbAuto->setToolTip(QStringLiteral("Pulse para retener o reanudar la cuenta"));
     lbSeg = etiqueta("lbSeg", {}, marco);
     agrandar(lbSeg, 1.0, true);
+    lbSeg->setMinimumWidth(anchuraDeTextos(*lbSeg, {"(retenida)", "(deshabi.)", "32767"}));
     ckInicio = nombrado(new QCheckBox(QStringLiteral("Ejec. al i&nicio"), marco), "ckInicio");
     ckInicio->setToolTip(QStringLiteral("Ejecutar al iniciar la sesión"));
     ckMini = nombrado(new QCheckBox(QStringLiteral("Ejec. &minimizado"), marco), "ckMini");
