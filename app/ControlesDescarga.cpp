@@ -151,19 +151,20 @@ QWidget* ControlesDescarga::crearDestinos() {
     fila->addWidget(aviso);
     fila->addStretch(1);
     frNoXcel->hide();
-    rejilla->addWidget(frNoXcel, 1, 0, 1, 4);
+    // A row of its own: sharing one would take the spacing from both.
+    rejilla->addWidget(frNoXcel, 2, 0, 1, 4);
 
     ckTxto = nombrado(new QCheckBox(marco), "ckTxto");
     ckTxto->setAccessibleName(QStringLiteral("Guardar en el fichero de texto"));
     lbTexto = nombrado(new EtiquetaElidida(marco), "lbTexto");
-    rejilla->addWidget(ckTxto, 2, 0);
-    rejilla->addWidget(lbTexto, 2, 1);
+    rejilla->addWidget(ckTxto, 3, 0);
+    rejilla->addWidget(lbTexto, 3, 1);
     vTxto = botonDeIcono("vTxto", iconos::ver(), "Ver el fichero de texto",
                          QKeySequence(Qt::ALT | Qt::Key_5), marco);
     cmdTxto = botonDeIcono("cmdTxto", iconos::ajustes(), "Cambiar el fichero de texto",
                            QKeySequence(Qt::ALT | Qt::Key_3), marco);
-    rejilla->addWidget(vTxto, 2, 2);
-    rejilla->addWidget(cmdTxto, 2, 3);
+    rejilla->addWidget(vTxto, 3, 2);
+    rejilla->addWidget(cmdTxto, 3, 3);
     return marco;
 }
 
@@ -190,6 +191,10 @@ QWidget* ControlesDescarga::crearFases() {
     rejilla->addWidget(lbFase3, 2, 0);
     rejilla->addWidget(lbGu, 2, 1);
     rejilla->addWidget(crearResultado(), 3, 0, 1, 2);
+    lbReposo = etiqueta("lbReposo", QStringLiteral("A la espera de una descarga"), marco);
+    colorear(lbReposo, estilo::kApagado);
+    guardarSitio(lbReposo);
+    rejilla->addWidget(lbReposo, 0, 0, 4, 2, Qt::AlignCenter);
     rejilla->setRowStretch(4, 1);
     return marco;
 }

@@ -209,6 +209,22 @@ TEST_F(fDescargaEstados, ClearingGoesBackToIdle) {
     EXPECT_EQ(color("lbFase1"), kVerde);
 }
 
+TEST_F(fDescargaEstados, TheFocusStaysInTheRowOfButtons) {
+    soloTexto();
+    abrir();
+    const auto foco = [&] { return ventana->focusWidget()->objectName().toStdString(); };
+    EXPECT_EQ(foco(), "cmdDesc");
+    pulsar("cmdDesc");
+    EXPECT_EQ(foco(), "cmdDesc");
+    recibir(pesada(1));
+    EXPECT_EQ(foco(), "cmdMini") << "a second Enter must not interrupt";
+    terminar(1);
+    EXPECT_EQ(foco(), "cmdDesc");
+    control("cmdLimp").setFocus();
+    pulsar("cmdLimp");
+    EXPECT_EQ(foco(), "cmdDesc");
+}
+
 TEST_F(fDescargaEstados, NoTextIsCutInAnyStateAtAnyTextSize) {
     const QFont deSiempre = QApplication::font();
     for (const double aumento : {1.0, 1.5, 2.0}) {
