@@ -271,20 +271,34 @@ void fDescarga::mDes_CambioEstado(int32_t estado) {
 
 void fDescarga::mostrarBotones(int32_t estado) {
     const auto& visibles = aspectoDeEstado(estado).botones;
+    const QWidget* foco = focusWidget();
+    const bool faltabaDesc = interior_->ver.cmdDesc->isHidden();
     for (const Boton boton :
          {Boton::kCerr, Boton::kMini, Boton::kDesc, Boton::kAbor, Boton::kLimp}) {
         const bool visible = std::find(visibles.begin(), visibles.end(), boton) != visibles.end();
         interior_->ver.boton(boton).setVisible(visible);
     }
+    conservarFoco(foco, faltabaDesc && !interior_->ver.cmdDesc->isHidden());
     // The menu must not do what the buttons do not offer.
     interior_->menu.mnCerrar->setEnabled(!interior_->ver.cmdCerr->isHidden());
     interior_->menu.mnDescarga->setEnabled(!interior_->ver.cmdDesc->isHidden());
+}
+
+/// Left to itself the focus would leave a vanishing button for the other end of the window. It
+/// waits on cmdMini, which is always there and does no harm, and goes back with cmdDesc.
+void fDescarga::conservarFoco(const QWidget* antes, bool vuelveDesc) {
+    auto& ver = interior_->ver;
+    const bool haDesaparecido = antes != nullptr && antes->isHidden();
+    if (!haDesaparecido && !(vuelveDesc && antes == ver.cmdMini)) return;
+    (ver.cmdDesc->isHidden() ? ver.cmdMini : ver.cmdDesc)->setFocus();
 }
 
 /// A phase stands out in green when it appears, and those before it turn grey.
 void fDescarga::mostrarFase(int32_t fase) {
     auto& ver = interior_->ver;
     if (fase < kUltimaFase) ver.frResul->hide();
+    ver.lbReposo->setVisible(fase == 0);
+    ver.lbGu->setText(fase < kUltimaFase ? QStringLiteral("un momento…") : QString());
     const std::array<std::array<QLabel*, 2>, 3> fases{{
         {ver.lbFase1, ver.lbFase1},
         {ver.lbFase2, ver.lbRx},
