@@ -218,13 +218,40 @@ TEST(LibroDanado, WithACellTwiceOrWithoutRowsIsRead) {
               Resultado::kLeido);
 }
 
-TEST(LibroDanado, WithADirectoryInACircleIsReadOrRefused) {
-    std::string fichero = Libro::abrir(muestra("s5_poi"), 2024)->serializar();
+TEST(LibroDanado, WithADirectoryInACircleIsRefusedOrReadRight) {
+    const std::string fichero = Libro::abrir(muestra("s5_poi"), 2024)->serializar();
+    const std::string flujo = flujoDe(fichero);
     const size_t directorio = (Vista(fichero).u32(48) + 1U) * 512;
-    for (uint32_t i = 0; i < 4; ++i) {
-        std::string danado = fichero;
-        cambiar32(danado, directorio + 128 * size_t{i} + 68, i);
-        SUCCEED() << static_cast<int>(probar(danado));
+    constexpr size_t kEntrada = 128;
+    for (size_t i = 0; i < 4; ++i) {
+        for (const size_t enlace : {68U, 72U, 76U}) {  // left, right, child
+            for (uint32_t destino = 0; destino < 4; ++destino) {
+                std::string danado = fichero;
+                cambiar32(danado, directorio + kEntrada * i + enlace, destino);
+                if (probar(danado) == Resultado::kRechazado) continue;
+                EXPECT_EQ(flujoDe(danado), flujo) << i << ' ' << enlace << ' ' << destino;
+            }
+        }
+    }
+}
+
+TEST(LibroDanado, WithTwoSheetsOfOneNameKeepsBothApart) {
+    const auto libro = Libro::abrir(enPoi([](std::string& f) {
+                                        const size_t otra = buscar(f, id::kBoundSheet, 1).posicion;
+                                        f[otra + 10] = 3;
+                                        f.replace(otra + 12, 3, "Log");
+                                    }),
+                                    2024);
+    const auto bueno = Libro::abrir(muestra("s5_poi"), 2024);
+    escribirCelda(*libro->hojas()[0], 500, 0, std::string("en la primera"));
+    const auto leido = Libro::abrir(libro->serializar(), 2024);
+    ASSERT_EQ(leido->hojas().size(), bueno->hojas().size());
+    EXPECT_EQ(leido->hojas()[0]->nombre, "Log");
+    EXPECT_EQ(leido->hojas()[1]->nombre, "Log");
+    EXPECT_EQ(leerCelda(*leido->hojas()[0], 500, 0), Variante(std::string("en la primera")));
+    EXPECT_EQ(leerCelda(*leido->hojas()[1], 500, 0), Variante(std::string()));
+    for (int32_t fila = 0; fila < 10; ++fila) {
+        EXPECT_EQ(leerCelda(*leido->hojas()[1], fila, 1), leerCelda(*bueno->hojas()[1], fila, 1));
     }
 }
 
