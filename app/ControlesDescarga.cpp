@@ -173,7 +173,8 @@ QWidget* ControlesDescarga::crearFases() {
     auto* rejilla = new QGridLayout(marco);
     rejilla->setContentsMargins(kMargen, 12, kMargen, 12);
     rejilla->setHorizontalSpacing(kSeparacion);
-    rejilla->setVerticalSpacing(6);
+    // Below the labels instead: the grid leaves it out where one item lies over others.
+    rejilla->setVerticalSpacing(0);
     rejilla->setColumnStretch(1, 1);
     lbFase1 = etiqueta("lbFase1", QStringLiteral("Pidiendo pesadas"), marco);
     lbFase2 = etiqueta("lbFase2", QStringLiteral("Recibiendo pesadas:"), marco);
@@ -182,6 +183,7 @@ QWidget* ControlesDescarga::crearFases() {
     lbGu = etiqueta("lbGu", QStringLiteral("un momento…"), marco);
     for (auto* fase : {lbFase1, lbFase2, lbRx, lbFase3, lbGu}) {
         agrandar(fase, 1.1, fase == lbRx);
+        fase->setContentsMargins(0, 0, 0, 6);
         guardarSitio(fase);
         fase->hide();
     }
@@ -193,7 +195,6 @@ QWidget* ControlesDescarga::crearFases() {
     rejilla->addWidget(crearResultado(), 3, 0, 1, 2);
     lbReposo = etiqueta("lbReposo", QStringLiteral("A la espera de una descarga"), marco);
     colorear(lbReposo, estilo::kApagado);
-    guardarSitio(lbReposo);
     rejilla->addWidget(lbReposo, 0, 0, 4, 2, Qt::AlignCenter);
     rejilla->setRowStretch(4, 1);
     return marco;
