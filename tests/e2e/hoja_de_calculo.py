@@ -67,8 +67,10 @@ def contenido_de(hoja):
 class HojaDeCalculo(banco.PruebaConBanco):
     def descargar(self, hoja, pesadas, ultima, tandas=1):
         """Runs until the row ultima (from 1) of the sheet is filled, and is the last filled one."""
+        # No repeats: on a machine that stalls they would be taken for answers to the next frame.
         self.banco.configurar(
-            excel={"Uso": "True", "Libro": self.banco.libro, "Hoja": hoja, "Motor": "interno"}
+            {"TimeOut": "3000;4"},
+            excel={"Uso": "True", "Libro": self.banco.libro, "Hoja": hoja, "Motor": "interno"},
         )
         simulador = self.banco.simular("--pesadas", pesadas, "--tandas", tandas)
         self.banco.arrancar()

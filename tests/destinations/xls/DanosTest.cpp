@@ -255,6 +255,45 @@ TEST(LibroDanado, WithTwoSheetsOfOneNameKeepsBothApart) {
     }
 }
 
+// The first sheet of a new workbook, many times over; each copy may be changed.
+std::string conHojas(size_t cuantas, const std::function<void(Hoja&)>& preparar) {
+    LibroDePrueba l;
+    preparar(l.hoja);
+    Compuesto compuesto = Compuesto::abrir(l.libro->serializar());
+    const size_t numero = compuesto.buscar("Workbook").value();
+    const std::string flujo = compuesto.flujo(numero);
+    const std::vector<Subflujo> bordes = subflujos(flujo);
+    const Lugar citada = buscar(flujo, id::kBoundSheet);
+    const std::string cita = flujo.substr(citada.posicion, citada.largo + 4);
+    const std::string hoja =
+        flujo.substr(bordes.at(1).inicio, bordes.at(1).fin - bordes.at(1).inicio);
+    const size_t finGlobales = bordes.at(0).fin + (cuantas - 1) * cita.size();
+    std::string todo = flujo.substr(0, citada.posicion);
+    std::string hojas;
+    for (size_t i = 0; i < cuantas; ++i) {
+        const size_t pos = todo.size() + 4;
+        todo += cita;
+        cambiar32(todo, pos, static_cast<uint32_t>(finGlobales + hojas.size()));
+        hojas += hoja;
+    }
+    todo += flujo.substr(citada.posicion + cita.size(),
+                         bordes.at(0).fin - citada.posicion - cita.size());
+    compuesto.flujo(numero, todo + hojas);
+    return compuesto.serializar();
+}
+
+TEST(LibroDanado, WithThousandsOfSheetsIsReadWithoutDelay) {
+    constexpr size_t kHojas = 5000;
+    const auto libro = Libro::abrir(conHojas(kHojas, [](Hoja&) {}), 2024);
+    EXPECT_EQ(libro->hojas().size(), kHojas);
+}
+
+TEST(LibroDanado, WhoseSheetsWouldFillTheMemoryIsRefused) {
+    const auto alFinal = [](Hoja& hoja) { escribirCelda(hoja, kFilas - 1, 0, 1.0); };
+    EXPECT_EQ(Libro::abrir(conHojas(60, alFinal), 2024)->hojas().size(), 60U);
+    EXPECT_THROW(Libro::abrir(conHojas(2000, alFinal), 2024), excel::ErrorExcel);
+}
+
 TEST(LibroDanado, CutAnywhereIsRefusedOrRead) {
     for (const std::string nombre : {"s4_gnumeric", "s6_handmade"}) {
         const std::string bueno = muestra(nombre);
