@@ -23,6 +23,21 @@ PlataformaQt::PlataformaQt()
 
 std::filesystem::path PlataformaQt::carpetaPrograma() const { return carpeta_; }
 
+/// A port that the platform knows while it lives.
+class PlataformaQt::Puerto : public PuertoAsio {
+ public:
+    Puerto(std::vector<Puerto*>& todos, EnInterfaz enInterfaz, DispositivoDe dispositivoDe)
+        : PuertoAsio(std::move(enInterfaz), std::move(dispositivoDe)), todos_(todos) {
+        todos_.push_back(this);
+    }
+    Puerto(const Puerto&) = delete;
+    Puerto& operator=(const Puerto&) = delete;
+    ~Puerto() override { std::erase(todos_, this); }
+
+ private:
+    std::vector<Puerto*>& todos_;
+};
+
 std::unique_ptr<MSComm> PlataformaQt::nuevoPuerto() {
     // Posted from the port's helper thread; nothing of it runs before it has reached this one.
     const auto enInterfaz = [this](std::function<void()> aviso) {
@@ -30,8 +45,14 @@ std::unique_ptr<MSComm> PlataformaQt::nuevoPuerto() {
             &receptor_, [this, aviso = std::move(aviso)] { entrega_.entregar(aviso); },
             Qt::QueuedConnection);
     };
-    return std::make_unique<PuertoAsio>(enInterfaz,
-                                        [this](int16_t canal) { return dispositivo(canal); });
+    return std::make_unique<Puerto>(puertos_, enInterfaz,
+                                    [this](int16_t canal) { return dispositivo(canal); });
+}
+
+/// Before a timer's tick: whatever has reached the ports was there before it.
+void PlataformaQt::entregarLoLlegado() {
+    for (Puerto* puerto : puertos_) puerto->recogerPendiente();
+    QCoreApplication::sendPostedEvents(&receptor_, QEvent::MetaCall);
 }
 
 std::string PlataformaQt::dispositivo(int16_t canal) const {
@@ -40,8 +61,7 @@ std::string PlataformaQt::dispositivo(int16_t canal) const {
 }
 
 std::unique_ptr<Temporizador> PlataformaQt::nuevoTemporizador() {
-    return std::make_unique<TemporizadorQt>(
-        entrega_, [this] { QCoreApplication::sendPostedEvents(&receptor_, QEvent::MetaCall); });
+    return std::make_unique<TemporizadorQt>(entrega_, [this] { entregarLoLlegado(); });
 }
 
 std::unique_ptr<excel::Application> PlataformaQt::nuevaAplicacionExcel(bool porIdentificador) {

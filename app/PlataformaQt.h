@@ -4,6 +4,7 @@
 #include <QObject>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "platform/Entrega.h"
 #include "platform/Plataforma.h"
@@ -29,12 +30,16 @@ class PlataformaQt : public Plataforma {
     void enArranque(bool activo) override;
 
  private:
+    class Puerto;
+
     std::string dispositivo(int16_t canal) const;
+    void entregarLoLlegado();
     std::unique_ptr<excel::Application> decidirMotor(bool porIdentificador);
 
     std::filesystem::path carpeta_;
     Entrega entrega_;
     QObject receptor_;  // on the user-interface thread: what is posted to it runs there
+    std::vector<Puerto*> puertos_;
     std::string motor_;
 };
 

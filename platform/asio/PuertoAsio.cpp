@@ -23,6 +23,7 @@ constexpr int16_t kUltimoCanal = 16;
 // Thousands of frames each: who lets more than this wait is not reading, or not listening.
 constexpr std::size_t kMaximoRecibido = std::size_t{64} * 1024;
 constexpr std::size_t kMaximoPorEnviar = std::size_t{64} * 1024;
+constexpr std::size_t kTrozo = 4096;
 
 }  // namespace
 
@@ -79,6 +80,21 @@ class PuertoAsio::Apertura : public std::enable_shared_from_this<Apertura> {
         std::string tomado = std::exchange(recibido_, {});
         reanudarLectura();
         return tomado;
+    }
+
+    void recogerPendiente() {
+        std::uint64_t descartes = 0;
+        {
+            const std::scoped_lock cerrojo(cerrojo_);
+            if (!linea_ || recibido_.size() >= kMaximoRecibido) return;
+            std::array<char, kTrozo> trozo{};
+            const auto leidos = linea_->leer(trozo.data(), trozo.size());
+            if (!leidos) return soltarLinea();
+            if (*leidos == 0) return;
+            recibido_.append(trozo.data(), *leidos);
+            descartes = descartes_;
+        }
+        avisar(descartes);
     }
 
     void descartarRecibido() {
@@ -191,7 +207,7 @@ class PuertoAsio::Apertura : public std::enable_shared_from_this<Apertura> {
     EnInterfaz enInterfaz_;
     asio::io_context contexto_{1};
     asio::executor_work_guard<asio::io_context::executor_type> trabajo_{contexto_.get_executor()};
-    std::array<char, 4096> trozo_{};  // helper thread only
+    std::array<char, kTrozo> trozo_{};  // helper thread only
 
     mutable std::mutex cerrojo_;
     std::unique_ptr<Linea> linea_;  // none: closed, or vanished
@@ -247,6 +263,10 @@ void PuertoAsio::InBufferCount(int16_t cero) {
     if (apertura_ && cero == 0) {
         apertura_->descartarRecibido();
     }
+}
+
+void PuertoAsio::recogerPendiente() {
+    if (apertura_) apertura_->recogerPendiente();
 }
 
 int16_t PuertoAsio::CommEvent() const { return kComEvReceive; }

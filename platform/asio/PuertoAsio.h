@@ -33,6 +33,10 @@ class PuertoAsio : public MSComm {
     void InBufferCount(int16_t cero) override;
     int16_t CommEvent() const override;
 
+    /// Takes what the line holds already, without waiting for the helper thread to come to it, and
+    /// hands the notification over. For whoever is about to take silence for granted.
+    void recogerPendiente();
+
  private:
     class Apertura;
 

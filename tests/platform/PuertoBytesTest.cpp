@@ -88,6 +88,24 @@ TEST_F(Puerto, DiscardsAlsoWhatTheSystemStillHolds) {
     EXPECT_STREQ(leido.data(), "nuevo");
 }
 
+TEST_F(Puerto, TakesWhatTheLineHoldsWithoutWaitingForTheHelperThread) {
+    const auto puerto = abierto();
+    std::string recibido;
+    for (int vez = 0; vez < 200; ++vez) {
+        linea_.escribir("trama\r");
+        puerto->recogerPendiente();  // or the helper thread was first: either way it is there
+        cola_.vaciar();
+        recibido += puerto->Input();
+    }
+    ASSERT_TRUE(cola_.hasta([&] {
+        recibido += puerto->Input();
+        return recibido.size() == 1200;
+    }));
+    EXPECT_GE(avisos_, 1);
+    for (std::size_t i = 0; i < recibido.size(); i += 6)
+        EXPECT_EQ(recibido.substr(i, 6), "trama\r");
+}
+
 TEST_F(Puerto, HearsTheLineAgainAfterDiscardingAFloodThatHadStoppedIt) {
     const auto puerto = abierto();
     llenar(bytesVariados(kMega));
