@@ -65,4 +65,10 @@ int32_t PlataformaQt::abrirDocumento(const std::string& rutaODireccion) {
     return escritorio::abrirDocumento(rutaODireccion);
 }
 
+bool PlataformaQt::enArranque() const { return escritorio::estaEnArranque(); }
+
+void PlataformaQt::enArranque(bool activo) {
+    escritorio::ponerEnArranque(activo, escritorio::ejecutable());
+}
+
 }  // namespace bn
