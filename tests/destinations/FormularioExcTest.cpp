@@ -44,8 +44,15 @@ class FormularioExcTest : public testing::Test {
         return otro.validar();
     }
 
+    /// A saved workbook with these sheets stands where the form says.
+    void ponerLibro(const std::vector<std::string>& hojas) {
+        LibroSimulado& libro = plataforma.excel.disco[f.txLibro];
+        libro.hojas.clear();
+        for (const auto& nombre : hojas) libro.hojas.push_back({nombre, {}});
+    }
+
     prueba::CarpetaTemporal carpeta;
-    prueba::PlataformaConExcel plataforma{carpeta.ruta()};
+    PlataformaConExcel plataforma{carpeta.ruta()};
     bn::Setup cfg{plataforma};
     FormularioExc f;
 };
@@ -355,14 +362,13 @@ TEST_F(FormularioExcTest, StoresBookSheetAndColumns) {
 }
 
 TEST_F(FormularioExcTest, ListsTheSheetsOfTheBookAndKeepsTheChosenName) {
-    plataforma.guion.libro = f.txLibro;
-    plataforma.guion.hojas = {"Hoja2", "Pesadas", "ñ"};
+    ponerLibro({"Hoja2", "Pesadas", "ñ"});
     f.lstHoja = "nueva";
     XCel excel(plataforma);
     f.refrescarHojas(excel);
     EXPECT_EQ(f.hojas, (std::vector<std::string>{"Hoja2", "Pesadas", "ñ"}));
     EXPECT_EQ(f.lstHoja, "nueva");
-    EXPECT_EQ(plataforma.guion.abiertas, 0);
+    EXPECT_EQ(plataforma.excel.instanciasAbiertas, 0);
     EXPECT_TRUE(plataforma.mensajes.empty());
 }
 
@@ -371,19 +377,18 @@ TEST_F(FormularioExcTest, LeavesTheListWhenItCannotBeRead) {
     const std::vector<std::string> antes = f.hojas;
     {
         XCel excel(plataforma);
-        plataforma.guion.arranca = false;
+        plataforma.excel.errorAlArrancar = "no";
         f.refrescarHojas(excel);
         EXPECT_EQ(f.hojas, antes);
-        plataforma.guion.arranca = true;
+        plataforma.excel.errorAlArrancar.clear();
         f.refrescarHojas(excel);  // no such workbook
         EXPECT_EQ(f.hojas, antes);
-        plataforma.guion.libro = f.txLibro;
-        plataforma.guion.hojas = {"a"};
-        plataforma.guion.fallaAlEnumerar = true;
+        ponerLibro({"a"});
+        plataforma.excel.fallar("Sheets.enumerar", "no se puede", 2);
         f.refrescarHojas(excel);
         EXPECT_EQ(f.hojas, antes);
     }
-    EXPECT_EQ(plataforma.guion.abiertas, 0);
+    EXPECT_EQ(plataforma.excel.instanciasAbiertas, 0);
     EXPECT_TRUE(plataforma.mensajes.empty());
 }
 

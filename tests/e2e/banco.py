@@ -87,7 +87,7 @@ class Banco:
     def __enter__(self):
         try:
             self.programa.mkdir()
-            (self.carpeta / "casa").mkdir()
+            (self.carpeta / "casa").mkdir(mode=0o700)
             shutil.copy2(self.construccion / "bnDX5", self.programa / "bnDX5")
             self._pantalla = self._abrir_pantalla()
         except BaseException:

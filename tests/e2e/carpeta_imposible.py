@@ -17,7 +17,8 @@ class CarpetaImposible(banco.PruebaConBanco):
         self.banco.arrancar()
 
     def esperar_mensaje(self):
-        self.esperar(lambda: self.simulador.veces("terminada"), 30, "the end of the download")
+        # The counter record's acknowledge follows the saving, and this one fails.
+        self.esperar(lambda: self.simulador.veces("contador"), 30, "the end of the download")
         self.esperar(lambda: len(self.banco.ventanas()) == 2, 20, "the message")
 
     def cerrar_mensaje(self):

@@ -25,7 +25,7 @@ AjustesAverias siempre(Averia averia) {
 
 class AveriasDeUnaTrama : public ::testing::Test {
  protected:
-    const Caracteres caracteres_;
+    const Caracteres caracteres_{};
     const std::string trama_ =
         trama("1234BCD  0000001 00000002          00000003 0012.50 0030000", caracteres_);
     Averias averias_{1, {}};

@@ -171,6 +171,19 @@ TEST_F(IndicadorSimulado, NeverGivesUpWhenToldSo) {
     EXPECT_EQ(decir(kSi), pesadas_[1]);
 }
 
+TEST_F(IndicadorSimulado, WaitsForTheAcknowledgeOfTheCounterWhileTheComputerSaves) {
+    ajustes_.caracteres.peticion = kAck;
+    ajustes_.pesadas = 1;
+    ajustes_.tandas = 2;
+    crear();
+    decir(kSi);
+    EXPECT_EQ(decir(kSi), trama("0001", {}));
+    pasar(1h);
+    EXPECT_EQ(decir(kSi), "");
+    EXPECT_EQ(indicador_->cuentas().descargas, 1);
+    EXPECT_EQ(decir(kSi), pesadas_[1]);
+}
+
 TEST_F(IndicadorSimulado, CutFrameIsNotAcknowledgedByARepeatedAnswer) {
     ajustes_.caracteres.peticion = kAck;
     poner(Averia::kCorte, 999'999);

@@ -56,7 +56,7 @@ class Ordenador {
 };
 
 class SesionEnPseudoterminal : public ::testing::Test {
- protected:
+ public:
     SesionEnPseudoterminal() {
         std::string plantilla = (std::filesystem::temp_directory_path() / "bnXXXXXX").string();
         carpeta_ = mkdtemp(plantilla.data());
@@ -72,6 +72,7 @@ class SesionEnPseudoterminal : public ::testing::Test {
         std::filesystem::remove_all(carpeta_);
     }
 
+ protected:
     Ordenador arrancar() {
         hilo_ = std::thread([this] { Sesion(opciones_, salida_).ejecutar(paro_); });
         return conectar();

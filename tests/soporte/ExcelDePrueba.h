@@ -1,125 +1,82 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstdint>
+#include <functional>
+#include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "destinations/excel/ObjectModel.h"
 #include "tests/soporte/PlataformaDePrueba.h"
 
-namespace bn::prueba {
+namespace bn {
 
-/// What a spreadsheet application of a test does: which workbook it can open, and its sheets.
-struct GuionDeExcel {
-    bool arranca = true;
-    std::string libro;
-    std::vector<std::string> hojas;
-    bool fallaAlEnumerar = false;
-    int abiertas = 0;  ///< applications started and not yet quit
+/// A worksheet in memory: the values as they were set, uninterpreted.
+struct HojaSimulada {
+    std::string nombre;
+    std::map<std::pair<int32_t, int32_t>, Variante> celdas;
+
+    /// The cell at row and column; monostate when empty.
+    Variante celda(int32_t fila, int32_t columna) const;
 };
 
-namespace excel_de_prueba {
+/// A workbook in memory. Copies are deep.
+struct LibroSimulado {
+    std::vector<HojaSimulada> hojas;
+    std::vector<std::pair<std::string, std::string>> nombres;  ///< defined names: name, "=..."
+    std::string plantilla;                                     ///< what it was made after
 
-[[noreturn]] inline void noHay() { throw excel::ErrorExcel("not in this test"); }
+    const HojaSimulada& hoja(const std::string& nombre) const;
+    std::vector<std::string> nombresDeHojas() const;
+};
 
-class Hoja : public excel::Worksheet {
+/// A spreadsheet application without an application: it remembers every call in order, fails on
+/// demand, and keeps what SaveAs writes. Must outlive the applications that it starts.
+class ExcelDePrueba {
  public:
-    explicit Hoja(std::string nombre) : nombre_(std::move(nombre)) {}
-    std::string Name() override { return nombre_; }
-    void Name(const std::string& nombre) override { nombre_ = nombre; }
-    void Delete() override { noHay(); }
-    std::unique_ptr<excel::Range> Cells() override { noHay(); }
-    std::unique_ptr<excel::Range> Columns(int32_t) override { noHay(); }
-    std::unique_ptr<excel::Range> Rows(int32_t) override { noHay(); }
-    std::unique_ptr<excel::Range> Range(const std::string&) override { noHay(); }
-    std::unique_ptr<excel::Range> Rows(const std::string&) override { noHay(); }
-    void Paste() override { noHay(); }
-    std::unique_ptr<excel::HPageBreaks> HPageBreaks() override { noHay(); }
-    void PrintOut(int32_t, bool) override { noHay(); }
-    void PrintPreview() override { noHay(); }
+    std::map<std::string, LibroSimulado> disco;  ///< the saved workbooks by path
+    /// Every call as "Class[which].Member" and its arguments; calls that only ask end in "?".
+    std::vector<std::string> llamadas;
+    std::string errorAlArrancar;         ///< non-empty: no application starts
+    std::vector<bool> porIdentificador;  ///< how each application was asked for
+    int32_t objetosVivos = 0;            ///< interfaces handed out and not yet released
+    int32_t instanciasAbiertas = 0;      ///< applications started and not yet quit
+    std::vector<std::string> hojasDeNuevo = {"Hoja1", "Hoja2", "Hoja3"};  ///< of Workbooks.Add
+
+    std::function<void(const std::string&)> alLlamar;  ///< hears of every call, before it is done
+    /// The n-th call from now of "Class.Member" ("Range.FormulaR1C1=" for a set) fails once.
+    void fallar(const std::string& miembro, const std::string& descripcion, int32_t vez = 1);
+    /// The calls that change something: llamadas without those that only ask.
+    std::vector<std::string> ordenes() const;
+    void olvidar() { llamadas.clear(); }
+
+    std::unique_ptr<excel::Application> arrancar(bool conIdentificador);
+    /// For the simulated objects: notes the call and fails when its turn has come.
+    void anotar(const std::string& miembro, const std::string& linea);
 
  private:
-    std::string nombre_;
+    struct Fallo {
+        std::string miembro;
+        std::string descripcion;
+        int32_t faltan;
+    };
+    std::vector<Fallo> fallos_;
+    int32_t ultimaInstancia_ = 0;
 };
 
-class Hojas : public excel::Sheets {
- public:
-    explicit Hojas(GuionDeExcel& guion) : guion_(guion) {}
-    int32_t Count() override { return static_cast<int32_t>(guion_.hojas.size()); }
-    std::unique_ptr<excel::Worksheet> Item(int32_t indice) override {
-        return std::make_unique<Hoja>(guion_.hojas.at(static_cast<std::size_t>(indice) - 1));
-    }
-    std::vector<std::unique_ptr<excel::Worksheet>> enumerar() override {
-        if (guion_.fallaAlEnumerar) noHay();
-        std::vector<std::unique_ptr<excel::Worksheet>> todas;
-        for (const auto& nombre : guion_.hojas) todas.push_back(std::make_unique<Hoja>(nombre));
-        return todas;
-    }
-    std::unique_ptr<excel::Worksheet> Add(excel::Worksheet&) override { noHay(); }
-
- private:
-    GuionDeExcel& guion_;
-};
-
-class Libro : public excel::Workbook {
- public:
-    explicit Libro(GuionDeExcel& guion) : guion_(guion) {}
-    std::unique_ptr<excel::Sheets> Worksheets() override { return std::make_unique<Hojas>(guion_); }
-    std::unique_ptr<excel::Names> Names() override { noHay(); }
-    std::string Name() override { return guion_.libro; }
-    void SaveAs(const std::string&, int32_t) override { noHay(); }
-    void Close() override {}
-
- private:
-    GuionDeExcel& guion_;
-};
-
-class Libros : public excel::Workbooks {
- public:
-    explicit Libros(GuionDeExcel& guion) : guion_(guion) {}
-    std::unique_ptr<excel::Workbook> Open(const std::string& libro) override {
-        if (libro != guion_.libro) noHay();
-        return std::make_unique<Libro>(guion_);
-    }
-    std::unique_ptr<excel::Workbook> Add() override { noHay(); }
-    std::unique_ptr<excel::Workbook> Add(const std::string&) override { noHay(); }
-    std::unique_ptr<excel::Workbook> Item(int32_t) override { noHay(); }
-
- private:
-    GuionDeExcel& guion_;
-};
-
-class Aplicacion : public excel::Application {
- public:
-    explicit Aplicacion(GuionDeExcel& guion) : guion_(guion) { ++guion_.abiertas; }
-    void DisplayAlerts(bool) override {}
-    std::unique_ptr<excel::Workbooks> Workbooks() override {
-        return std::make_unique<Libros>(guion_);
-    }
-    std::unique_ptr<excel::Range> Selection() override { noHay(); }
-    std::unique_ptr<excel::Range> ActiveCell() override { noHay(); }
-    void CutCopyMode(bool) override {}
-    void Visible(bool) override {}
-    void Quit() override { --guion_.abiertas; }
-
- private:
-    GuionDeExcel& guion_;
-};
-
-}  // namespace excel_de_prueba
-
-/// The fake platform with a scripted spreadsheet application.
+/// The fake platform with the fake spreadsheet application behind it.
 class PlataformaConExcel : public PlataformaDePrueba {
  public:
     using PlataformaDePrueba::PlataformaDePrueba;
 
-    GuionDeExcel guion;
+    ExcelDePrueba excel;
 
-    std::unique_ptr<excel::Application> nuevaAplicacionExcel(bool) override {
-        if (!guion.arranca) excel_de_prueba::noHay();
-        return std::make_unique<excel_de_prueba::Aplicacion>(guion);
+    std::unique_ptr<excel::Application> nuevaAplicacionExcel(bool porIdentificador) override {
+        return excel.arrancar(porIdentificador);
     }
 };
 
-}  // namespace bn::prueba
+}  // namespace bn
