@@ -31,14 +31,16 @@ function(bn_biblioteca name)
 endfunction()
 
 # bn_prueba(name SOURCES... LIBS...): one test program, each of its cases a CTest test. Under an
-# emulator, where starting a program takes longer than most cases, the whole program is one.
+# emulator, where starting a program takes longer than most cases, the whole program is one; CON is
+# a command that runs it there.
 function(bn_prueba name)
-    cmake_parse_arguments(ARG "" "" "SOURCES;LIBS" ${ARGN})
+    cmake_parse_arguments(ARG "" "" "SOURCES;LIBS;CON" ${ARGN})
     add_executable(${name} ${ARG_SOURCES})
     bn_ajustar(${name})
     target_link_libraries(${name} PRIVATE ${ARG_LIBS} bn_soporte GTest::gmock GTest::gtest_main)
     if(CMAKE_CROSSCOMPILING)
-        add_test(NAME ${name} COMMAND ${name})
+        add_test(NAME ${name}
+                 COMMAND ${ARG_CON} ${CMAKE_CROSSCOMPILING_EMULATOR} $<TARGET_FILE:${name}>)
         set_tests_properties(${name} PROPERTIES TIMEOUT 300)
     else()
         gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)

@@ -240,6 +240,9 @@ Sustituido sustituible(const fs::path& ruta) {
     }
     Sustituido sustituido{destinoReal(ruta, viejo)};
     sustituido.atributos = ::GetFileAttributesW(paraElSistema(sustituido.ruta).c_str());
+    if ((sustituido.atributos & FILE_ATTRIBUTE_READONLY) != 0) {
+        fallar(ruta, ERROR_ACCESS_DENIED);
+    }
     return sustituido;
 }
 

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Puertos.h"
 
-// clang-format off: the second needs the first
+// The second needs the first.
+// clang-format off
 #include <windows.h>
 #include <setupapi.h>
 // clang-format on
