@@ -120,6 +120,7 @@ QWidget* EdiTxt::crearVista() {
     rollo_ = new QScrollArea(marcoVista_);
     rollo_->setObjectName(QStringLiteral("rolloVista"));
     rollo_->setWidget(vista_);
+    rollo_->setBackgroundRole(QPalette::Base);
     rollo_->setFocusPolicy(Qt::NoFocus);
     rollo_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     rollo_->setMinimumWidth(vista_->sizeHint().width() + 2);
@@ -299,7 +300,10 @@ void EdiTxt::mostrarVista() {
     const int campo = campoDe(grd_->currentRow());
     const auto& actual = campos[static_cast<std::size_t>(qBound(0, campo, kCamposPesada - 1))];
     vista_->mostrar(QString::fromStdString(linea_(formulario_)), actual.posicion, actual.largo);
-    if (actual.posicion > 0) rollo_->ensureVisible(vista_->izquierdaDe(actual.posicion), 0);
+    if (actual.posicion == 0) return;
+    // Its beginning matters most: it comes last.
+    rollo_->ensureVisible(vista_->izquierdaDe(actual.posicion + actual.largo), 0);
+    rollo_->ensureVisible(vista_->izquierdaDe(actual.posicion), 0);
 }
 
 bool EdiTxt::Abrir(Setup& cfg) {

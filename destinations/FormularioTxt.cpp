@@ -172,7 +172,7 @@ void FormularioTxt::guardar(Setup& cfg) const {
 }
 
 std::array<CampoDeTexto, kCamposPesada> FormularioTxt::disposicion() const {
-    std::array<CampoDeTexto, kCamposPesada> campos;
+    std::array<CampoDeTexto, kCamposPesada> campos{};
     for (std::size_t i = 0; i < campos.size(); ++i) {
         const Fila& fila = filas_[i];
         const CampoDeTexto campo{numeroDe(fila.posicion), numeroDe(fila.largo), fila.formato};

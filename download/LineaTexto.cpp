@@ -38,7 +38,7 @@ void colocar(std::string& linea, std::size_t posicion, const std::string& texto)
 }  // namespace
 
 std::string lineaTexto(const pesaDX5& pesada, const Setup& cfg) {
-    std::array<CampoDeTexto, kCamposPesada> campos;
+    std::array<CampoDeTexto, kCamposPesada> campos{};
     for (int32_t campo = 0; campo < kCamposPesada; ++campo) {
         campos[static_cast<std::size_t>(campo)] = {cfg.Posicion(campo), cfg.Largo(campo),
                                                    cfg.Formato(campo)};

@@ -24,14 +24,14 @@ EdiCom::EdiCom(Plataforma& plataforma, QWidget* padre)
     : DialogoPlano(plataforma, "EdiCom", QStringLiteral("Comunicación con el indicador"), padre),
       puertos([&plataforma] { return canalesPresentes(plataforma); }),
       grupo_(nuevoGrupo()),
-      txCan_(nuevaCaja("txCan", &FormularioCom::txCan, 5)),
-      txParms_(nuevaCaja("txParms", &FormularioCom::txParms, 40)),
-      txCI_(nuevaCaja("txCI", &FormularioCom::txCI, 5)),
-      txCF_(nuevaCaja("txCF", &FormularioCom::txCF, 5)),
-      txPet_(nuevaCaja("txPet", &FormularioCom::txPet, 5)),
-      txTmO_(nuevaCaja("txTmO", &FormularioCom::txTmO, 6)),
-      txRet_(nuevaCaja("txRet", &FormularioCom::txRet, 5)),
-      txAutom_(nuevaCaja("txAutom", &FormularioCom::txAutom, 6)) {
+      txCan_(nuevaCaja("txCan", &FormularioCom::txCan)),
+      txParms_(nuevaCaja("txParms", &FormularioCom::txParms)),
+      txCI_(nuevaCaja("txCI", &FormularioCom::txCI)),
+      txCF_(nuevaCaja("txCF", &FormularioCom::txCF)),
+      txPet_(nuevaCaja("txPet", &FormularioCom::txPet)),
+      txTmO_(nuevaCaja("txTmO", &FormularioCom::txTmO)),
+      txRet_(nuevaCaja("txRet", &FormularioCom::txRet)),
+      txAutom_(nuevaCaja("txAutom", &FormularioCom::txAutom)) {
     auto* rejilla = new QGridLayout(grupo_);
     rejilla->setContentsMargins(kMargen, 12, kMargen, kMargen);
     rejilla->setHorizontalSpacing(kSeparacion);
@@ -45,10 +45,9 @@ EdiCom::EdiCom(Plataforma& plataforma, QWidget* padre)
     mostrar();
 }
 
-QLineEdit* EdiCom::nuevaCaja(const char* nombre, std::string FormularioCom::*campo, int maximo) {
+QLineEdit* EdiCom::nuevaCaja(const char* nombre, std::string FormularioCom::*campo) {
     auto* caja = new QLineEdit(grupo_);
     caja->setObjectName(QLatin1String(nombre));
-    caja->setMaxLength(maximo);
     caja->setFixedWidth(kAnchuraDeNumero);
     connect(caja, &QLineEdit::textChanged, this,
             [this, campo](const QString& texto) { formulario_.*campo = texto.toStdString(); });
@@ -123,7 +122,10 @@ void EdiCom::crearAutomatica(QGridLayout& rejilla) {
     fila->setContentsMargins(0, 0, 0, 0);
     fila->setSpacing(kSeparacion);
     txAutom_->setAccessibleName(QStringLiteral("Segundos entre descargas automáticas"));
-    fila->addWidget(new QLabel(QStringLiteral("cada"), frAutom_));
+    auto* cada = new QLabel(QStringLiteral("cada"), frAutom_);
+    cada->setContentsMargins(kSeparacionDeColumnas, 0, 0, 0);
+    cada->setMinimumWidth(rejilla.itemAtPosition(3, 2)->widget()->sizeHint().width());
+    fila->addWidget(cada);
     fila->addWidget(txAutom_);
     fila->addWidget(rotulo(QStringLiteral("&seg."), txAutom_, frAutom_));
     fila->addStretch(1);

@@ -30,7 +30,7 @@ class EdiCom : public DialogoPlano {
     std::string validar() const override;
 
  private:
-    QLineEdit* nuevaCaja(const char* nombre, std::string FormularioCom::*campo, int maximo);
+    QLineEdit* nuevaCaja(const char* nombre, std::string FormularioCom::*campo);
     QWidget* crearCanal();
     void crearCampos(QGridLayout& rejilla);
     void crearAutomatica(QGridLayout& rejilla);

@@ -5,10 +5,41 @@
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QToolButton>
+#include <QUrl>
+#include <array>
+#include <utility>
 
 #include "ventanas/Iconos.h"
 
 namespace bn {
+
+namespace {
+
+/// The toolkit's own file dialog, where the system has none, speaks English otherwise.
+void ponerEnEspanol(QFileDialog& dialogo) {
+    dialogo.setLabelText(QFileDialog::LookIn, QStringLiteral("Buscar en:"));
+    dialogo.setLabelText(QFileDialog::FileName, QStringLiteral("&Nombre:"));
+    dialogo.setLabelText(QFileDialog::FileType, QStringLiteral("Tipo:"));
+    dialogo.setLabelText(QFileDialog::Accept, QStringLiteral("&Elegir"));
+    dialogo.setLabelText(QFileDialog::Reject, QStringLiteral("&Cancelar"));
+    dialogo.setSidebarUrls({QUrl::fromLocalFile(QDir::homePath())});
+    constexpr std::array<std::pair<const char*, const char*>, 6> kBotones = {{
+        {"backButton", "Atrás"},
+        {"forwardButton", "Adelante"},
+        {"toParentButton", "Carpeta superior"},
+        {"newFolderButton", "Carpeta nueva"},
+        {"listModeButton", "Lista"},
+        {"detailModeButton", "Detalles"},
+    }};
+    for (const auto& [nombre, texto] : kBotones) {
+        auto* boton = dialogo.findChild<QToolButton*>(QLatin1String(nombre));
+        if (boton == nullptr) continue;
+        boton->setToolTip(QString::fromUtf8(texto));
+        boton->setAccessibleName(QString::fromUtf8(texto));
+    }
+}
+
+}  // namespace
 
 CampoDeFichero::CampoDeFichero(const QString& filtro, QWidget* padre)
     : QWidget(padre),
@@ -45,11 +76,7 @@ QString CampoDeFichero::preguntar(const QString& actual) {
     dialogo.setFileMode(QFileDialog::AnyFile);
     dialogo.setViewMode(QFileDialog::List);
     dialogo.setOption(QFileDialog::DontConfirmOverwrite);
-    dialogo.setLabelText(QFileDialog::LookIn, QStringLiteral("Buscar en:"));
-    dialogo.setLabelText(QFileDialog::FileName, QStringLiteral("&Nombre:"));
-    dialogo.setLabelText(QFileDialog::FileType, QStringLiteral("Tipo:"));
-    dialogo.setLabelText(QFileDialog::Accept, QStringLiteral("&Elegir"));
-    dialogo.setLabelText(QFileDialog::Reject, QStringLiteral("&Cancelar"));
+    ponerEnEspanol(dialogo);
     const QFileInfo fichero(actual);
     if (!actual.isEmpty() && fichero.absoluteDir().exists()) {
         dialogo.setDirectory(fichero.absoluteDir());

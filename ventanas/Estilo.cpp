@@ -59,9 +59,15 @@ QLineEdit:focus, QComboBox:focus { border: 2px solid #0b5cad; padding: 2px 5px; 
 QLineEdit:disabled, QComboBox:disabled { background: #f1f3f5; }
 QCheckBox { spacing: 7px; padding: 2px; border: 1px solid transparent; border-radius: 3px; }
 QCheckBox:focus { border-color: #0b5cad; }
-QTableWidget { background: #ffffff; border: 1px solid #b4bfca; gridline-color: #e3e8ed;
+QComboBox::drop-down { border: none; width: 24px; }
+QComboBox::down-arrow { image: url(:/flecha.png); width: 10px; height: 10px; }
+QComboBox QAbstractItemView { background: #ffffff; border: 1px solid #b4bfca; outline: 0;
     selection-background-color: #d5e6f7; selection-color: #1d2733; }
-QTableWidget:focus { border: 2px solid #0b5cad; }
+QTableWidget { background: #ffffff; border: 1px solid #b4bfca; padding: 1px; outline: 0;
+    gridline-color: #e3e8ed; selection-background-color: #d5e6f7; selection-color: #1d2733; }
+QTableWidget:focus { border: 2px solid #0b5cad; padding: 0; }
+QTableWidget::item:selected { background: #d5e6f7; color: #1d2733; }
+QScrollArea#rolloVista { background: #ffffff; border: 1px solid #b4bfca; }
 QLineEdit#txEd { border: 2px solid #0b5cad; border-radius: 0; padding: 0 1px; }
 QToolButton::menu-indicator { image: none; }
 QHeaderView::section { background: #eef2f6; border: none; border-right: 1px solid #d3dae1;

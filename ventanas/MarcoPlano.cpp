@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ventanas/MarcoPlano.h"
 
+#include <QApplication>
 #include <QEvent>
 #include <QMouseEvent>
 #include <QWindow>
@@ -15,7 +16,9 @@ void MarcoPlano::poner(QWidget& ventana) {
 
 MarcoPlano::MarcoPlano(QWidget& ventana) : QObject(&ventana), ventana_(ventana) {
     ventana.setWindowFlag(Qt::FramelessWindowHint);
-    ventana.setPalette(estilo::paleta());
+    // The whole program's, message boxes included: a window's own palette stops at children with a
+    // style sheet, and on a dark desktop these would write white on white.
+    QApplication::setPalette(estilo::paleta());
     ventana.setStyleSheet(estilo::hoja());
     for (auto& linea : lineas_) {
         linea = new QFrame(&ventana);

@@ -57,7 +57,7 @@ void ajustarAltura(QTableWidget& grd) {
     const int alto = grd.fontMetrics().height() + kHolguraDeFila;
     grd.verticalHeader()->setMinimumSectionSize(alto);
     grd.verticalHeader()->setDefaultSectionSize(alto);
-    constexpr int kBordes = 2;
+    constexpr int kBordes = 4;
     grd.setFixedHeight(alto * grd.rowCount() + kBordes);
 }
 

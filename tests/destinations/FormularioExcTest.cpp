@@ -384,7 +384,7 @@ TEST_F(FormularioExcTest, LeavesTheListWhenItCannotBeRead) {
         f.refrescarHojas(excel);  // no such workbook
         EXPECT_EQ(f.hojas, antes);
         ponerLibro({"a"});
-        plataforma.excel.fallar("Sheets.enumerar", "no se puede", 2);
+        plataforma.excel.fallar("Sheets.enumerar", "no se puede");
         f.refrescarHojas(excel);
         EXPECT_EQ(f.hojas, antes);
     }
