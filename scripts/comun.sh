@@ -32,6 +32,8 @@ necesitar() {
 # What building the program takes, and what showing it on a virtual display takes.
 PAQUETES_PROGRAMA=(g++ cmake ninja-build libasio-dev qt6-base-dev)
 PAQUETES_PANTALLA=(xvfb imagemagick fonts-dejavu-core)
+# The Windows build and its installer.
+PAQUETES_WINDOWS=(g++-mingw-w64-x86-64-posix nsis zip)
 
 # Configures a preset once and builds the targets given (all without).
 construir() {
