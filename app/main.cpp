@@ -4,6 +4,7 @@
 #include <exception>
 
 #include "app/PlataformaQt.h"
+#include "app/TextosDeQt.h"
 #include "app/UnicaInstancia.h"
 #include "app/fDescarga.h"
 #include "platform/Ficheros.h"
@@ -11,6 +12,8 @@
 int main(int argc, char** argv) {
     QApplication programa(argc, argv);
     QApplication::setApplicationName(QStringLiteral("bnDX5"));
+    bn::TextosDeQt textos;
+    QApplication::installTranslator(&textos);
     QApplication::setQuitOnLastWindowClosed(false);  // hidden, it goes on in the notification area
     QApplication::setStyle(QStringLiteral("Fusion"));
     try {

@@ -44,13 +44,6 @@ class FormularioExcTest : public testing::Test {
         return otro.validar();
     }
 
-    /// A saved workbook with these sheets stands where the form says.
-    void ponerLibro(const std::vector<std::string>& hojas) {
-        LibroSimulado& libro = plataforma.excel.disco[f.txLibro];
-        libro.hojas.clear();
-        for (const auto& nombre : hojas) libro.hojas.push_back({nombre, {}});
-    }
-
     prueba::CarpetaTemporal carpeta;
     PlataformaConExcel plataforma{carpeta.ruta()};
     bn::Setup cfg{plataforma};
@@ -362,7 +355,7 @@ TEST_F(FormularioExcTest, StoresBookSheetAndColumns) {
 }
 
 TEST_F(FormularioExcTest, ListsTheSheetsOfTheBookAndKeepsTheChosenName) {
-    ponerLibro({"Hoja2", "Pesadas", "ñ"});
+    ponerLibro(plataforma.excel, f.txLibro, {"Hoja2", "Pesadas", "ñ"});
     f.lstHoja = "nueva";
     XCel excel(plataforma);
     f.refrescarHojas(excel);
@@ -383,7 +376,7 @@ TEST_F(FormularioExcTest, LeavesTheListWhenItCannotBeRead) {
         plataforma.excel.errorAlArrancar.clear();
         f.refrescarHojas(excel);  // no such workbook
         EXPECT_EQ(f.hojas, antes);
-        ponerLibro({"a"});
+        ponerLibro(plataforma.excel, f.txLibro, {"a"});
         plataforma.excel.fallar("Sheets.enumerar", "no se puede");
         f.refrescarHojas(excel);
         EXPECT_EQ(f.hojas, antes);

@@ -402,4 +402,11 @@ std::unique_ptr<excel::Application> ExcelDePrueba::arrancar(bool conIdentificado
         std::make_shared<Instancia>(Instancia{*this, std::to_string(ultimaInstancia_), false, {}}));
 }
 
+void ponerLibro(ExcelDePrueba& excel, const std::string& ruta,
+                const std::vector<std::string>& hojas) {
+    LibroSimulado& libro = excel.disco[ruta];
+    libro.hojas.clear();
+    for (const auto& nombre : hojas) libro.hojas.push_back({nombre, {}});
+}
+
 }  // namespace bn

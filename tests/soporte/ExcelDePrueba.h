@@ -79,4 +79,8 @@ class PlataformaConExcel : public PlataformaDePrueba {
     }
 };
 
+/// Leaves a saved workbook with these empty sheets at the path.
+void ponerLibro(ExcelDePrueba& excel, const std::string& ruta,
+                const std::vector<std::string>& hojas);
+
 }  // namespace bn

@@ -30,7 +30,7 @@ class EdiExcTest : public testing::Test {
     }
 
     prueba::CarpetaTemporal carpeta;
-    prueba::PlataformaConExcel plataforma{carpeta.ruta()};
+    PlataformaConExcel plataforma{carpeta.ruta()};
     bn::Setup cfg{plataforma};
     EdiExc d{plataforma};
     QTableWidget& grd = control<QTableWidget>(d, "grd");
@@ -195,19 +195,17 @@ TEST_F(EdiExcTest, StoresNothingWhenCancelled) {
 }
 
 TEST_F(EdiExcTest, ListsTheSheetsOfTheBook) {
-    plataforma.guion.libro = cfg.LibroExcel();
-    plataforma.guion.hojas = {"Hoja2", "Otra"};
+    ponerLibro(plataforma.excel, cfg.LibroExcel(), {"Hoja2", "Otra"});
     manejar(d, cfg, [&] {
         EXPECT_EQ(lista(), (std::vector<std::string>{"Hoja2", "Otra"}));
         EXPECT_EQ(lst.currentText(), "Pesadas");
     });
-    EXPECT_EQ(plataforma.guion.abiertas, 0);
+    EXPECT_EQ(plataforma.excel.instanciasAbiertas, 0);
 }
 
 TEST_F(EdiExcTest, ListsTheSheetsOfTheBookLookedFor) {
     const std::string otro = (carpeta / "Otro.xls").string();
-    plataforma.guion.libro = otro;
-    plataforma.guion.hojas = {"Z"};
+    ponerLibro(plataforma.excel, otro, {"Z"});
     QString preguntado;
     d.elegirFichero() = [&](const QString& actual) {
         preguntado = actual;
@@ -228,7 +226,7 @@ TEST_F(EdiExcTest, ListsTheSheetsOfTheBookLookedFor) {
 }
 
 TEST_F(EdiExcTest, LeavesTheListAloneWithoutASpreadsheetApplication) {
-    plataforma.guion.arranca = false;
+    plataforma.excel.errorAlArrancar = "no";
     manejar(d, cfg, [&] { EXPECT_TRUE(lista().empty()); });
     EXPECT_TRUE(plataforma.mensajes.empty());
 }
