@@ -106,6 +106,9 @@ class BancoWindows(banco.Banco):
         hallado = re.search(r'^"bnDX5"="(.*)"\r?$', fichero.read_text("utf-16"), re.MULTILINE)
         return hallado and hallado[1].replace("\\\\", "\\")
 
+    def contar(self):
+        print(banco.contenido(self.errores).decode("utf-8", "replace"), file=sys.stderr)
+
     def restos(self):
         """The processes that run the program's file."""
         ordenes = (banco.contenido(p) for p in pathlib.Path("/proc").glob("[0-9]*/cmdline"))
@@ -116,14 +119,13 @@ class ProgramaWindows(unittest.TestCase):
     construccion = "build/windows"
     maxDiff = 4000
 
-    def setUp(self):
-        self.banco = BancoWindows(self.construccion)
-        self.banco.__enter__()
-        self.addCleanup(self.quitar)
-
-    def quitar(self):
-        mal = any(error for _, error in self._outcome.errors)
-        self.banco.__exit__(AssertionError if mal else None, None, None)
+    def run(self, result=None):
+        """As ever, with a bench, which tells more when the test has failed."""
+        antes = len(result.failures) + len(result.errors) if result else 0
+        with BancoWindows(self.construccion) as self.banco:
+            super().run(result)
+            if result and len(result.failures) + len(result.errors) > antes:
+                self.banco.contar()
 
     def cerrar(self, programa):
         self.banco.pulsar("c")
