@@ -2,7 +2,7 @@
 ; The installer for Windows: one user, no administrator. The program keeps its settings, frame store
 ; and results in its own folder, so that folder is one the user can write.
 ; makensis -DVERSION=1.0.0 -DPROGRAMA=.../bnDX5.exe -DLICENCIA=.../LICENSE -DSALIDA=.../x.exe
-Unicode true
+Target amd64-unicode
 SetCompressor /SOLID lzma
 
 !include "MUI2.nsh"
