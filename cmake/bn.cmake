@@ -46,3 +46,13 @@ function(bn_prueba name)
         gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
     endif()
 endfunction()
+
+# bn_plataformas_qt(name): a program on a static Qt for Windows carries the two platforms it may run
+# on, the real one and the one without a screen; a Qt of DLLs finds them beside itself.
+function(bn_plataformas_qt name)
+    get_target_property(tipo Qt6::Core TYPE)
+    if(WIN32 AND tipo STREQUAL STATIC_LIBRARY)
+        qt_import_plugins(${name} INCLUDE_BY_TYPE platforms Qt6::QWindowsIntegrationPlugin
+                                                            Qt6::QOffscreenIntegrationPlugin)
+    endif()
+endfunction()

@@ -21,7 +21,7 @@ constexpr const wchar_t* kValor = L"bnDX5";
 
 /// The program as a command. Quotes only where there are blanks, at which the system would cut.
 std::wstring comoOrden(const std::filesystem::path& programa) {
-    const std::wstring ruta = programa.native();
+    const std::wstring& ruta = programa.native();
     return ruta.find(L' ') == std::wstring::npos ? ruta : L'"' + ruta + L'"';
 }
 
