@@ -4,6 +4,7 @@
 #include <array>
 
 #include "download/Descarga.h"
+#include "platform/Ficheros.h"
 
 namespace bn {
 
@@ -34,6 +35,18 @@ const Aspecto& aspectoDeEstado(int32_t estado) {
 std::string textoDeResultado(int32_t recibidas) {
     if (recibidas == 0) return "No se han recibido pesadas";
     return std::to_string(recibidas) + " pesadas.\nRecibidas correctamente.";
+}
+
+std::string textoDeRestos(const Rescate::Pendientes& restos) {
+    std::string pesadas = "Las pesadas que se habían recibido se conservan";
+    if (restos.pesadas == 1) pesadas = "La pesada que se había recibido se conserva";
+    if (restos.pesadas > 1) {
+        pesadas = "Las " + std::to_string(restos.pesadas) +
+                  " pesadas que se habían recibido se conservan";
+    }
+    return "La última descarga se cortó antes de terminar. " + pesadas + " en el fichero\n" +
+           ficheros::aTexto(restos.fichero) +
+           "\n\nCompruebe si están ya en sus destinos antes de volver a apuntarlas.";
 }
 
 std::string rotuloDeCanal(const Setup& cfg) {

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "app/Rescate.h"
 #include "config/Setup.h"
 
 namespace bn {
@@ -27,6 +28,9 @@ const Aspecto& aspectoDeEstado(int32_t estado);
 
 /// The text of a download that ended well, UTF-8.
 std::string textoDeResultado(int32_t recibidas);
+
+/// What a download that was cut off has left, and what to do, UTF-8.
+std::string textoDeRestos(const Rescate::Pendientes& restos);
 
 /// The descriptive captions of the port and the destinations, UTF-8.
 std::string rotuloDeCanal(const Setup& cfg);

@@ -7,6 +7,8 @@
 #include <QPushButton>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <initializer_list>
 
 #include "ventanas/Estilo.h"
 #include "ventanas/IconosDeAccion.h"
@@ -65,6 +67,16 @@ void guardarSitio(QWidget* control) {
     control->setSizePolicy(politica);
 }
 
+/// What the widest of the texts takes in the label's letter.
+int anchuraDeTextos(const QLabel& etiqueta, std::initializer_list<const char*> textos) {
+    int anchura = 0;
+    for (const char* texto : textos) {
+        const int suya = etiqueta.fontMetrics().horizontalAdvance(QString::fromUtf8(texto));
+        anchura = std::max(anchura, suya);
+    }
+    return anchura + 2;
+}
+
 }  // namespace
 
 ControlesDescarga::ControlesDescarga(QWidget& ventana) : ventana_(ventana) {
@@ -80,7 +92,8 @@ ControlesDescarga::ControlesDescarga(QWidget& ventana) : ventana_(ventana) {
     cuerpo->addWidget(crearCuenta());
     cuerpo->addWidget(crearBotones());
     columna->addLayout(cuerpo, 1);
-    ventana.setMinimumWidth(kAnchura);
+    // Not a minimum width of the window: that would keep it from growing with its texts.
+    columna->addStrut(kAnchura);
 }
 
 QWidget* ControlesDescarga::crearCabecera() {
@@ -138,19 +151,20 @@ QWidget* ControlesDescarga::crearDestinos() {
     fila->addWidget(aviso);
     fila->addStretch(1);
     frNoXcel->hide();
-    rejilla->addWidget(frNoXcel, 1, 0, 1, 4);
+    // A row of its own: sharing one would take the spacing from both.
+    rejilla->addWidget(frNoXcel, 2, 0, 1, 4);
 
     ckTxto = nombrado(new QCheckBox(marco), "ckTxto");
     ckTxto->setAccessibleName(QStringLiteral("Guardar en el fichero de texto"));
     lbTexto = nombrado(new EtiquetaElidida(marco), "lbTexto");
-    rejilla->addWidget(ckTxto, 2, 0);
-    rejilla->addWidget(lbTexto, 2, 1);
+    rejilla->addWidget(ckTxto, 3, 0);
+    rejilla->addWidget(lbTexto, 3, 1);
     vTxto = botonDeIcono("vTxto", iconos::ver(), "Ver el fichero de texto",
                          QKeySequence(Qt::ALT | Qt::Key_5), marco);
     cmdTxto = botonDeIcono("cmdTxto", iconos::ajustes(), "Cambiar el fichero de texto",
                            QKeySequence(Qt::ALT | Qt::Key_3), marco);
-    rejilla->addWidget(vTxto, 2, 2);
-    rejilla->addWidget(cmdTxto, 2, 3);
+    rejilla->addWidget(vTxto, 3, 2);
+    rejilla->addWidget(cmdTxto, 3, 3);
     return marco;
 }
 
@@ -159,7 +173,8 @@ QWidget* ControlesDescarga::crearFases() {
     auto* rejilla = new QGridLayout(marco);
     rejilla->setContentsMargins(kMargen, 12, kMargen, 12);
     rejilla->setHorizontalSpacing(kSeparacion);
-    rejilla->setVerticalSpacing(6);
+    // Below the labels instead: the grid leaves it out where one item lies over others.
+    rejilla->setVerticalSpacing(0);
     rejilla->setColumnStretch(1, 1);
     lbFase1 = etiqueta("lbFase1", QStringLiteral("Pidiendo pesadas"), marco);
     lbFase2 = etiqueta("lbFase2", QStringLiteral("Recibiendo pesadas:"), marco);
@@ -168,6 +183,7 @@ QWidget* ControlesDescarga::crearFases() {
     lbGu = etiqueta("lbGu", QStringLiteral("un momento…"), marco);
     for (auto* fase : {lbFase1, lbFase2, lbRx, lbFase3, lbGu}) {
         agrandar(fase, 1.1, fase == lbRx);
+        fase->setContentsMargins(0, 0, 0, 6);
         guardarSitio(fase);
         fase->hide();
     }
@@ -177,6 +193,9 @@ QWidget* ControlesDescarga::crearFases() {
     rejilla->addWidget(lbFase3, 2, 0);
     rejilla->addWidget(lbGu, 2, 1);
     rejilla->addWidget(crearResultado(), 3, 0, 1, 2);
+    lbReposo = etiqueta("lbReposo", QStringLiteral("A la espera de una descarga"), marco);
+    colorear(lbReposo, estilo::kApagado);
+    rejilla->addWidget(lbReposo, 0, 0, 4, 2, Qt::AlignCenter);
     rejilla->setRowStretch(4, 1);
     return marco;
 }
@@ -216,6 +235,7 @@ QWidget* ControlesDescarga::crearCuenta() {
     lbAuto->setToolTip(QStringLiteral("Pulse para retener o reanudar la cuenta"));
     lbSeg = etiqueta("lbSeg", {}, marco);
     agrandar(lbSeg, 1.0, true);
+    lbSeg->setMinimumWidth(anchuraDeTextos(*lbSeg, {"(retenida)", "(deshabi.)", "32767"}));
     ckInicio = nombrado(new QCheckBox(QStringLiteral("Ejec. al i&nicio"), marco), "ckInicio");
     ckInicio->setToolTip(QStringLiteral("Ejecutar al iniciar la sesión"));
     ckMini = nombrado(new QCheckBox(QStringLiteral("Ejec. &minimizado"), marco), "ckMini");

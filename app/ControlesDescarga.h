@@ -36,6 +36,7 @@ struct ControlesDescarga {
     QAbstractButton* cmdXcel = nullptr;
     QFrame* frNoXcel = nullptr;
 
+    QLabel* lbReposo = nullptr;
     QLabel* lbFase1 = nullptr;
     QLabel* lbFase2 = nullptr;
     QLabel* lbRx = nullptr;

@@ -13,18 +13,28 @@ namespace bn {
 Guardia::Guardia(Plataforma& plataforma, Rescate& rescate, std::function<bool()> enDescarga)
     : plataforma_(plataforma), rescate_(rescate), enDescarga_(std::move(enDescarga)) {}
 
-void Guardia::atender(const std::function<void()>& aviso) {
-    if (averiada_) return;
-    std::string error;
+/// What the notification has thrown; nothing when it went well.
+std::optional<std::string> Guardia::errorDe(const std::function<void()>& aviso) {
     try {
         aviso();
-        return;
-    } catch (const std::exception& e) {
-        error = e.what();
+        return std::nullopt;
+    } catch (const std::exception& error) {
+        return error.what();
     } catch (...) {
-        error = "error desconocido";
+        return "error desconocido";
     }
-    atenderError(error);
+}
+
+void Guardia::atender(const std::function<void()>& aviso) {
+    if (averiada_) return;
+    if (const auto error = errorDe(aviso)) atenderError(*error);
+}
+
+void Guardia::atenderUsuario(const std::function<void()>& orden) {
+    if (averiada_) return;
+    if (const auto error = errorDe(orden)) {
+        plataforma_.mensajeCritico("Se ha producido un error:\n" + *error);
+    }
 }
 
 void Guardia::reanudar() { averiada_ = false; }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "app/Rescate.h"
@@ -10,8 +11,8 @@
 
 namespace bn {
 
-/// The one function through which every port, timer, click and menu notification enters the
-/// program. An error that leaves one ends here: what the frame store holds is put aside, the user
+/// The door through which every port, timer, click and menu notification enters the program. An
+/// error that leaves a port or a timer ends here: what the frame store holds is put aside, the user
 /// is told, and the owner hears of it, to start over with a new controller once the failed call has
 /// unwound.
 class Guardia {
@@ -20,8 +21,12 @@ class Guardia {
     /// have not reached their destinations.
     Guardia(Plataforma& plataforma, Rescate& rescate, std::function<bool()> enDescarga);
 
-    /// Runs it; never throws. Between an error and reanudar notifications are dropped.
+    /// Runs a notification of a port or a timer; never throws. Between an error and reanudar they
+    /// are dropped.
     void atender(const std::function<void()>& aviso);
+    /// Runs what the user has asked for by a click or a menu entry; never throws. An error there is
+    /// told, and leaves a running download alone.
+    void atenderUsuario(const std::function<void()>& orden);
     /// The owner has started over.
     void reanudar();
 
@@ -29,6 +34,7 @@ class Guardia {
     Evento<> averia;
 
  private:
+    static std::optional<std::string> errorDe(const std::function<void()>& aviso);
     void atenderError(const std::string& error);
 
     Plataforma& plataforma_;

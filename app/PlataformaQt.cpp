@@ -10,7 +10,7 @@
 
 #include "app/TemporizadorQt.h"
 #include "config/ClavesAjenas.h"
-#include "destinations/excel/ObjectModel.h"
+#include "destinations/excel/DelSistema.h"
 #include "destinations/xls/MotorInterno.h"
 #include "platform/Escritorio.h"
 #include "platform/asio/Linea.h"
@@ -44,11 +44,24 @@ std::unique_ptr<Temporizador> PlataformaQt::nuevoTemporizador() {
         entrega_, [this] { QCoreApplication::sendPostedEvents(&receptor_, QEvent::MetaCall); });
 }
 
-std::unique_ptr<excel::Application> PlataformaQt::nuevaAplicacionExcel(bool /*porIdentificador*/) {
-    if (motor_ == "auto" || motor_ == "interno") {
-        return xls::nuevaAplicacionInterna([this] { return ahora(); });
-    }
+std::unique_ptr<excel::Application> PlataformaQt::nuevaAplicacionExcel(bool porIdentificador) {
+    if (motor_ == "auto") return decidirMotor(porIdentificador);
+    if (motor_ == "excel") return excel::nuevaAplicacionDelSistema(porIdentificador);
+    if (motor_ == "interno") return xls::nuevaAplicacionInterna([this] { return ahora(); });
     throw excel::ErrorExcel("Este equipo no dispone de una hoja de cálculo");
+}
+
+/// Once, at the first request, which comes at start: a later failure of the system's application
+/// must not hand the workbook that it may hold open to the other backend.
+std::unique_ptr<excel::Application> PlataformaQt::decidirMotor(bool porIdentificador) {
+    try {
+        auto aplicacion = excel::nuevaAplicacionDelSistema(porIdentificador);
+        motor_ = "excel";
+        return aplicacion;
+    } catch (const excel::ErrorExcel&) {
+        motor_ = "interno";  // not installed, or not able to start
+    }
+    return nuevaAplicacionExcel(porIdentificador);
 }
 
 double PlataformaQt::ahora() const { return escritorio::ahora(); }

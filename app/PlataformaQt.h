@@ -14,7 +14,7 @@ namespace bn {
 /// folders. Lives on the user-interface thread and outlives everything it makes.
 class PlataformaQt : public Plataforma {
  public:
-    /// Decides once, here, which spreadsheet backend the run uses. Throws ErrorFichero.
+    /// Reads which spreadsheet backend the run is to use. Throws ErrorFichero.
     PlataformaQt();
 
     std::filesystem::path carpetaPrograma() const override;
@@ -30,6 +30,7 @@ class PlataformaQt : public Plataforma {
 
  private:
     std::string dispositivo(int16_t canal) const;
+    std::unique_ptr<excel::Application> decidirMotor(bool porIdentificador);
 
     std::filesystem::path carpeta_;
     Entrega entrega_;

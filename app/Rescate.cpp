@@ -71,6 +71,14 @@ std::optional<std::filesystem::path> Rescate::apartar() {
     return copia;
 }
 
+bool Rescate::despejar() {
+    std::error_code error;
+    if (!std::filesystem::exists(marca(), error)) return true;
+    const auto fichero = apartar();
+    if (!fichero) acabar();
+    return !fichero || *fichero != sacoTramas::fichero(plataforma_);
+}
+
 std::optional<Rescate::Pendientes> Rescate::recoger() {
     std::error_code error;
     if (!std::filesystem::exists(marca(), error)) return std::nullopt;

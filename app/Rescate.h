@@ -32,6 +32,10 @@ class Rescate {
         std::filesystem::path fichero;  ///< where they are kept
         std::size_t pesadas = 0;        ///< 0 when they cannot be counted
     };
+    /// Before a download, which empties the store: puts aside what stands in it and has not reached
+    /// its destinations. False when it has to stay where it is, and the download must not start.
+    /// Never throws.
+    bool despejar();
     /// At start: puts aside what a download that was cut off has left; nothing when none was. Never
     /// throws.
     std::optional<Pendientes> recoger();

@@ -46,6 +46,19 @@ void colorear(QLabel& etiqueta, const QColor& color) {
     etiqueta.setPalette(paleta);
 }
 
+/// A channel that is no channel is found here, before anything is shown; and the file stays as it
+/// is.
+std::shared_ptr<Setup> leerConfiguracion(Plataforma& plataforma) {
+    auto cfg = std::make_shared<Setup>(plataforma);
+    try {
+        cfg->canal();
+    } catch (...) {
+        cfg->Abandonar();
+        throw;
+    }
+    return cfg;
+}
+
 }  // namespace
 
 /// In order of creation: whatever is made by the platform goes before the guard it reports to.
@@ -54,9 +67,9 @@ struct fDescarga::Interior {
         : rescate(exterior),
           guardia(exterior, rescate, [this] { return enDescarga(); }),
           plataforma(exterior, [this](const auto& aviso) { guardia.atender(aviso); }),
-          cfg(std::make_shared<Setup>(plataforma)),
+          cfg(leerConfiguracion(plataforma)),
           cuenta(
-              plataforma, [this] { return mDes && mDes->iniciarProceso(); },
+              plataforma, [this] { return iniciarDescarga(); },
               [this] { return cfg->AutoCadaXSegs(); }),
           ver(ventana),
           menu(ventana),
@@ -65,6 +78,20 @@ struct fDescarga::Interior {
     bool enDescarga() const {
         const int32_t estado = mDes ? mDes->Estado() : kEnReposo;
         return estado == kPidiendo || estado == kRecibiendo || estado == kGuardando;
+    }
+
+    /// Starts a download, unless one is running or the last one's weighings cannot be put aside.
+    bool iniciarDescarga() {
+        if (enDescarga()) return false;
+        if (rescate.despejar()) return mDes->iniciarProceso();
+        if (!std::exchange(atascoContado, true)) {
+            plataforma.mensajeCritico(
+                "No se puede empezar otra descarga: las pesadas de la anterior no se han guardado, "
+                "y no se puede apartar el fichero\n" +
+                ficheros::aTexto(sacoTramas::fichero(plataforma)) +
+                "\n\nCópielo a otro sitio y bórrelo.");
+        }
+        return false;
     }
 
     Rescate rescate;
@@ -77,6 +104,7 @@ struct fDescarga::Interior {
     MenuAcciones menu;
     Bandeja mSys;
     std::string ultimoFalloAvisado;
+    bool atascoContado = false;  // told once, not at every end of the countdown
 };
 
 fDescarga::fDescarga(Plataforma& plataforma, QWidget* padre) : QWidget(padre) {
@@ -159,7 +187,7 @@ void fDescarga::conectarControles() {
     conectarDestinos();
     conectarMenu();
     interior_->ver.lbAuto->alPulsar = [this] {
-        interior_->guardia.atender([this] { pulsarCuenta(); });
+        interior_->guardia.atenderUsuario([this] { pulsarCuenta(); });
     };
     interior_->cuenta.cambio.conectar([this] { mostrarCuenta(); });
     interior_->mSys.DblClick.conectar([this] { volverAVer(); });
@@ -172,12 +200,12 @@ void fDescarga::conectarControles() {
 
 void fDescarga::alPulsar(QAbstractButton* boton, std::function<void()> accion) {
     connect(boton, &QAbstractButton::clicked, this,
-            [this, accion = std::move(accion)] { interior_->guardia.atender(accion); });
+            [this, accion = std::move(accion)] { interior_->guardia.atenderUsuario(accion); });
 }
 
 void fDescarga::conectarBotones() {
     auto& ver = interior_->ver;
-    alPulsar(ver.cmdDesc, [this] { interior_->mDes->iniciarProceso(); });
+    alPulsar(ver.cmdDesc, [this] { interior_->iniciarDescarga(); });
     alPulsar(ver.cmdAbor, [this] { interior_->mDes->Abortar(); });
     alPulsar(ver.cmdLimp, [this] {
         interior_->mDes->Reset();
@@ -209,10 +237,10 @@ void fDescarga::conectarMenu() {
     const auto& menu = interior_->menu;
     const auto alElegir = [this](QAction* entrada, std::function<void()> accion) {
         connect(entrada, &QAction::triggered, this,
-                [this, accion = std::move(accion)] { interior_->guardia.atender(accion); });
+                [this, accion = std::move(accion)] { interior_->guardia.atenderUsuario(accion); });
     };
     alElegir(menu.mnVerEllo, [this] { volverAVer(); });
-    alElegir(menu.mnDescarga, [this] { interior_->mDes->iniciarProceso(); });
+    alElegir(menu.mnDescarga, [this] { interior_->iniciarDescarga(); });
     alElegir(menu.MnComunica, [this] { editarComunicacion(); });
     alElegir(menu.mnExcel, [this] { editarExcel(); });
     alElegir(menu.MnTexto, [this] { editarTexto(); });
@@ -237,11 +265,7 @@ void fDescarga::empezarDeNuevo() {
 void fDescarga::recogerRestos() {
     const auto restos = interior_->rescate.recoger();
     if (!restos) return;
-    const std::string texto =
-        "La última descarga se cortó antes de terminar. Las " + std::to_string(restos->pesadas) +
-        " pesadas que se habían recibido se conservan en el fichero\n" +
-        ficheros::aTexto(restos->fichero) +
-        "\n\nCompruebe si están ya en sus destinos antes de volver a apuntarlas.";
+    const std::string texto = textoDeRestos(*restos);
     // Told once the window is there, and without holding up the automatic downloads.
     QMetaObject::invokeMethod(
         this, [this, texto] { interior_->plataforma.mensajeCritico(texto); }, Qt::QueuedConnection);
@@ -271,20 +295,34 @@ void fDescarga::mDes_CambioEstado(int32_t estado) {
 
 void fDescarga::mostrarBotones(int32_t estado) {
     const auto& visibles = aspectoDeEstado(estado).botones;
+    const QWidget* foco = focusWidget();
+    const bool faltabaDesc = interior_->ver.cmdDesc->isHidden();
     for (const Boton boton :
          {Boton::kCerr, Boton::kMini, Boton::kDesc, Boton::kAbor, Boton::kLimp}) {
         const bool visible = std::find(visibles.begin(), visibles.end(), boton) != visibles.end();
         interior_->ver.boton(boton).setVisible(visible);
     }
+    conservarFoco(foco, faltabaDesc && !interior_->ver.cmdDesc->isHidden());
     // The menu must not do what the buttons do not offer.
     interior_->menu.mnCerrar->setEnabled(!interior_->ver.cmdCerr->isHidden());
     interior_->menu.mnDescarga->setEnabled(!interior_->ver.cmdDesc->isHidden());
+}
+
+/// Left to itself the focus would leave a vanishing button for the other end of the window. It
+/// waits on cmdMini, which is always there and does no harm, and goes back with cmdDesc.
+void fDescarga::conservarFoco(const QWidget* antes, bool vuelveDesc) {
+    auto& ver = interior_->ver;
+    const bool haDesaparecido = antes != nullptr && antes->isHidden();
+    if (!haDesaparecido && !(vuelveDesc && antes == ver.cmdMini)) return;
+    (ver.cmdDesc->isHidden() ? ver.cmdMini : ver.cmdDesc)->setFocus();
 }
 
 /// A phase stands out in green when it appears, and those before it turn grey.
 void fDescarga::mostrarFase(int32_t fase) {
     auto& ver = interior_->ver;
     if (fase < kUltimaFase) ver.frResul->hide();
+    ver.lbReposo->setVisible(fase == 0);
+    ver.lbGu->setText(fase < kUltimaFase ? QStringLiteral("un momento…") : QString());
     const std::array<std::array<QLabel*, 2>, 3> fases{{
         {ver.lbFase1, ver.lbFase1},
         {ver.lbFase2, ver.lbRx},

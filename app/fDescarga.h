@@ -46,6 +46,7 @@ class fDescarga : public QWidget {
     void mDes_PesadaRecibida();
     void mDes_CambioEstado(int32_t estado);
     void mostrarBotones(int32_t estado);
+    void conservarFoco(const QWidget* antes, bool vuelveDesc);
     void mostrarFase(int32_t fase);
     void mostrarResultado(int32_t estado);
 

@@ -155,6 +155,11 @@ void ArchivoIni::leerFichero() {
         leido_ = false;
         throw;
     }
+    if (contenido.starts_with("\xFF\xFE") || contenido.starts_with("\xFE\xFF")) {
+        leido_ = false;
+        throw ErrorFichero(ficheros::aTexto(ruta_) +
+                           ": está guardado como Unicode de 16 bits; guárdelo como UTF-8");
+    }
     conMarca_ = contenido.starts_with(kMarcaUtf8);
     contenido.erase(0, conMarca_ ? kMarcaUtf8.size() : 0);
     cp1252_ = !esUtf8Valido(contenido);

@@ -10,6 +10,7 @@
 #include "config/ClavesAjenas.h"
 #include "config/Codificacion.h"
 #include "config/UtilTexto.h"
+#include "platform/Ficheros.h"
 
 namespace bn {
 namespace {
@@ -30,10 +31,14 @@ void AsignarCodigo(int16_t& codigo, double valor) {
     }
 }
 
+/// The code of the first character: of UTF-8 text its Windows-1252 one, else the byte itself.
 void AsignarCodigo(int16_t& codigo, const std::string& texto) {
-    if (!texto.empty()) {
-        codigo = static_cast<unsigned char>(texto.front());
+    if (texto.empty()) {
+        return;
     }
+    const bool esTexto = texto.size() > 1 && esUtf8Valido(texto);
+    const std::string bytes = esTexto ? utf8ACp1252(texto) : texto;
+    codigo = static_cast<unsigned char>(bytes.front());
 }
 
 void asignarCaracter(int16_t& codigo, const std::string& caracter) {
@@ -81,7 +86,12 @@ Setup::Setup(Plataforma& plataforma) : plataforma_(plataforma), campos_(PorDefec
     LeerIni(campos_, rutaDelIni(plataforma_));
 }
 
+void Setup::Abandonar() { abandonado_ = true; }
+
 Setup::~Setup() {
+    if (abandonado_) {
+        return;
+    }
     try {
         try {
             Update();
@@ -98,8 +108,9 @@ Setup::~Setup() {
 int16_t Setup::canal() const {
     using Limites = std::numeric_limits<int16_t>;
     if (campos_.canal < Limites::min() || campos_.canal > Limites::max()) {
-        throw std::overflow_error("El canal " + std::to_string(campos_.canal) +
-                                  " no cabe en 16 bits");
+        throw std::overflow_error(ficheros::aTexto(rutaDelIni(plataforma_)) +
+                                  ": [General] Canal: el canal " + std::to_string(campos_.canal) +
+                                  " no existe");
     }
     return static_cast<int16_t>(campos_.canal);
 }

@@ -25,9 +25,11 @@ class Setup {
     /// Channel, 1 to 16. The get throws std::overflow_error when the file held more than 16 bits.
     int16_t canal() const;
     void canal(int16_t valor);
+    /// Speed, parity, data bits and stop bits, as in "9600,N,8,1".
     const std::string& Params() const;
     void Params(const std::string& valor);
 
+    /// The framing characters, one byte each; a set of any other length is dropped.
     std::string CaracterInicial() const;
     void CaracterInicial(const std::string& caracter);
     std::string CaracterFinal() const;
@@ -37,6 +39,7 @@ class Setup {
     std::string CaracterPeticion() const;
     void CaracterPeticion(const std::string& caracter);
 
+    /// The same by the first character of a text of any length, or by a code from 0 to 255.
     void cInicial(const std::string& texto);
     void cFinal(const std::string& texto);
     void cPesada(const std::string& texto);
@@ -55,9 +58,11 @@ class Setup {
     /// Seconds between automatic downloads; 0 none. Above 32767 throws std::overflow_error.
     int32_t AutoCadaXSegs() const;
     void AutoCadaXSegs(int32_t valor);
+    /// Whether the window starts hidden.
     bool EjecutarMinimizado() const;
     void EjecutarMinimizado(bool valor);
 
+    /// Whether the worksheet destination is in use.
     bool UsoExcel() const;
     void UsoExcel(bool valor);
     /// "" when the destination is not in use; setting "" switches it off. So the next two.
@@ -69,6 +74,7 @@ class Setup {
     int16_t ColumnaExcel(int32_t campo) const;
     void ColumnaExcel(int32_t campo, int16_t valor);
 
+    /// Whether the text destination is in use.
     bool UsoTexto() const;
     void UsoTexto(bool valor);
     std::string ArchivoTexto() const;
@@ -85,10 +91,13 @@ class Setup {
 
     /// Writes the file now. Throws ErrorFichero.
     void Update();
+    /// Lets go of the settings: the destructor leaves the file as it is.
+    void Abandonar();
 
  private:
     Plataforma& plataforma_;
     CamposSetup campos_;
+    bool abandonado_ = false;
 };
 
 }  // namespace bn

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "download/PasoDeGuardado.h"
+#include "platform/Ficheros.h"
 
 namespace bn {
 
@@ -80,8 +81,13 @@ void Descarga::mCom_Resumen(int32_t recibidas, const std::string& explicacion) {
     recibidas_ = recibidas;
     const bool fallidaSinPesadas = !explicacion.empty() && recibidas == 0;
     cambiarEstado(fallidaSinPesadas ? kFallida : kGuardando);
-    mSaco_->iniRecupero();
+    const bool legible = mSaco_->iniRecupero();
     if (estado_ == kFallida) return;
+    if (!legible) {
+        // Going on would call a download correct whose weighings nobody can read back.
+        throw ErrorFichero(ficheros::aTexto(sacoTramas::fichero(plataforma_)) +
+                           ": no se pueden leer las pesadas recibidas");
+    }
     PasoDeGuardado(plataforma_, *configuracion_, *mExcel_, *mSaco_).ejecutar();
     cambiarEstado(explicacion_.empty() ? kTerminada : kFallida);
 }

@@ -27,11 +27,13 @@ inline constexpr int32_t kFallida = 5;
 /// when it has finished. Shows nothing; tells its owner through two events.
 class Descarga {
  public:
+    /// Idle, with its own channel, store and spreadsheet wrapper.
     explicit Descarga(Plataforma& plataforma);
     Descarga(const Descarga&) = delete;
     Descarga& operator=(const Descarga&) = delete;
     ~Descarga();
 
+    /// The settings of the next download; without them it makes its own.
     void DatosCfg(std::shared_ptr<Setup> configuracion);
     /// Starts a download. False, and nothing changed, while one is running or when the frame store
     /// cannot be started.
@@ -41,6 +43,7 @@ class Descarga {
     /// Ends the running download when the next weighing arrives.
     void Abortar();
 
+    /// kEnReposo to kFallida.
     int32_t Estado() const;
     /// Weighings received; 0 in states 0 and 1.
     int32_t numRecibidas() const;

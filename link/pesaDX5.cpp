@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 #include <optional>
+#include <system_error>
 
 #include "config/UtilTexto.h"
 #include "link/FechaTexto.h"
@@ -47,7 +48,10 @@ std::optional<Numero> numero(std::string_view texto) {
     if (texto.size() > cifras.size()) return std::nullopt;
     for (std::size_t i = 0; i < texto.size(); ++i) cifras[i] = texto[i] == ',' ? '.' : texto[i];
     Numero valor = 0;
-    std::from_chars(cifras.data(), cifras.data() + texto.size(), valor);
+    const char* const fin = cifras.data() + texto.size();
+    const auto leido = std::from_chars(cifras.data(), fin, valor);
+    // Whatever is not read to its end is no number: a wrong weight must never look right.
+    if (leido.ec != std::errc() || leido.ptr != fin) return std::nullopt;
     return valor;
 }
 

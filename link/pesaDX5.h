@@ -17,6 +17,7 @@ namespace bn {
 /// (ErrorFichero).
 class pesaDX5 {
  public:
+    /// Holds nothing yet; the request character is still empty.
     explicit pesaDX5(Plataforma& plataforma);
 
     /// Start, end and request characters, one byte each, and the checksum mode: 0 test, 1 don't
@@ -32,7 +33,9 @@ class pesaDX5 {
     std::string Datos() const;
     /// Days since 30 December 1899, the fraction the time of day; 0 unless it is a weighing.
     double FechaHora() const;
+    /// Vehicle plate, without outer blanks; "" unless it is a weighing.
     std::string Matricula() const;
+    /// Delivery note number; 0 when blank, or unless it is a weighing.
     int32_t Albaran() const;
     /// Code 1, 2 or 3; 0 for any other index.
     int32_t Codigo(int16_t indice) const;
@@ -46,6 +49,7 @@ class pesaDX5 {
     /// 0 nothing valid, 1 weighing record, 2 counter record.
     int16_t Tipo() const;
 
+    /// The single characters sent and looked for: request, end of a frame, acknowledge and refusal.
     std::string TramaPeticion() const;
     std::string Terminador() const;
     std::string ACK() const;

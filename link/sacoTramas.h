@@ -14,6 +14,7 @@ namespace bn {
 /// so that nothing acknowledged is lost before it has reached its destinations.
 class sacoTramas {
  public:
+    /// New: only iniGuardo is allowed.
     explicit sacoTramas(Plataforma& plataforma);
 
     /// Empties the store for a new download. False while storing or reading, or when the file

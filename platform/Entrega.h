@@ -30,6 +30,7 @@ class Entrega {
         }
     }
 
+    /// Whether a notification is being handled, and whether none waits.
     bool ocupada() const { return ocupada_; }
     bool vacia() const { return enEspera_.empty(); }
 

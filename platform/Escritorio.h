@@ -25,7 +25,7 @@ std::string carpetaEspecial(int32_t numero);
 std::filesystem::path ejecutable();
 
 /// The folder of the program's own files: the executable's when it can be written, else one of the
-/// user's, which is created. Throws std::filesystem::filesystem_error when it cannot be.
+/// user's, which is created. Throws ErrorFichero when it cannot be.
 std::filesystem::path carpetaPropia();
 /// The same for an executable that stands in the folder given.
 std::filesystem::path carpetaPropia(const std::filesystem::path& carpetaEjecutable);

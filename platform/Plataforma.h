@@ -25,7 +25,9 @@ class Plataforma {
 
     /// The program's own folder: settings, frame store and trace lie there.
     virtual std::filesystem::path carpetaPrograma() const = 0;
+    /// A serial port, closed.
     virtual std::unique_ptr<MSComm> nuevoPuerto() = 0;
+    /// A timer, disabled.
     virtual std::unique_ptr<Temporizador> nuevoTemporizador() = 0;
     /// A private, invisible spreadsheet application, started by its programmatic identifier or by
     /// its class. Throws when none can be started.

@@ -93,6 +93,15 @@ uint16_t Formatos::numeroDe(uint16_t xf) const {
     return Vista(xfs_[xf]).u16(kPosNumero);
 }
 
+bool Formatos::esGeneral(uint16_t xf) const {
+    const uint16_t numero = numeroDe(xf);
+    const auto propio = codigos_.find(numero);
+    if (propio == codigos_.end()) return numero == 0;
+    std::string codigo = propio->second;
+    std::transform(codigo.begin(), codigo.end(), codigo.begin(), minuscula);
+    return codigo == "general";
+}
+
 bool Formatos::esTexto(uint16_t xf) const {
     const uint16_t numero = numeroDe(xf);
     const auto propio = codigos_.find(numero);

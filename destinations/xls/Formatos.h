@@ -22,7 +22,8 @@ class Formatos {
     /// Throws ErrorExcel when there is no cell format of that number.
     void exigir(uint16_t xf) const;
 
-    bool esGeneral(uint16_t xf) const { return numeroDe(xf) == 0; }
+    /// True also for the formats of that code that other programs number for themselves.
+    bool esGeneral(uint16_t xf) const;
     bool esTexto(uint16_t xf) const;
     /// True when the number format shows a date or a time.
     bool esFecha(uint16_t xf) const;

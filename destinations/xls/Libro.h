@@ -73,7 +73,7 @@ class Libro {
 
     void leerGlobales(const Subflujo& bordes);
     void leerHojas(const std::vector<Subflujo>& bordes);
-    void leerHoja(const Registro& boundSheet, const std::vector<Subflujo>& bordes);
+    void leerHoja(const Registro& boundSheet, const Subflujo& bordes);
     void prepararCadenas();
     std::string componerFlujo();
     void ponerGlobales(std::string& flujo, std::vector<size_t>& referencias);

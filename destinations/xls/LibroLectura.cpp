@@ -13,6 +13,11 @@ constexpr uint16_t kBiff8 = 0x0600;
 constexpr uint16_t kTipoGlobales = 0x0005;
 constexpr uint16_t kTipoHoja = 0x0010;
 
+// A cell in the last row costs a few bytes of the file and a whole sheet's rows in memory: so many
+// empty rows are allowed for, beside those that the file's size can fill.
+constexpr size_t kFilasSinContenido = size_t{64} * kFilas;
+constexpr size_t kMinimoPorFila = 8;
+
 constexpr const char* kAntiguo =
     "El libro es de una versión anterior a Excel 97 y no se puede abrir; guárdelo antes como libro "
     "de Excel 97-2003.";
@@ -34,6 +39,16 @@ constexpr const char* kCifrado =
     const bool flujoSuelto = fichero.size() > 2 && fichero[0] == 9 && (fichero[1] & 0xF1) == 0;
     if (flujoSuelto) rechazar(kAntiguo);
     rechazar("El fichero no es un libro de Excel (.xls).");
+}
+
+// Number of the substream that begins there, in the order of the stream; 0, that of the globals,
+// for none.
+size_t buscarSubflujo(const std::vector<Subflujo>& bordes, size_t inicio) {
+    const auto lugar =
+        std::lower_bound(bordes.begin(), bordes.end(), inicio,
+                         [](const Subflujo& borde, size_t pos) { return borde.inicio < pos; });
+    if (lugar == bordes.end() || lugar->inicio != inicio) return 0;
+    return static_cast<size_t>(lugar - bordes.begin());
 }
 
 }  // namespace
@@ -101,36 +116,37 @@ void Libro::leerGlobales(const Subflujo& bordes) {
 }
 
 void Libro::leerHojas(const std::vector<Subflujo>& bordes) {
+    std::vector<bool> citados(bordes.size(), false);
+    size_t filas = 0;
     for (const Registro& registro : globales_) {
-        if (registro.id == id::kBoundSheet) leerHoja(registro, bordes);
+        if (registro.id != id::kBoundSheet) continue;
+        const size_t lugar = buscarSubflujo(bordes, Vista(registro.datos).u32(0));
+        if (lugar == 0 || citados[lugar]) danado("una hoja no está donde dice");
+        citados[lugar] = true;
+        leerHoja(registro, bordes[lugar]);
+        if (!hojas_.back()->esDeCalculo()) continue;
+        filas += static_cast<size_t>(hojas_.back()->celdas->tabla().cuantasFilas());
+        if (filas > kFilasSinContenido + flujo_.size() / kMinimoPorFila) {
+            danado("sus hojas dicen tener más filas de las que caben");
+        }
     }
     if (hojas_.empty()) danado("no tiene hojas");
     for (size_t i = 1; i < bordes.size(); ++i) {
-        const bool citado = std::any_of(hojas_.begin(), hojas_.end(), [&](const auto& hoja) {
-            return hoja->posicion == bordes[i].inicio;
-        });
-        if (citado) continue;
+        if (citados[i]) continue;
         sinReferencia_.push_back(
             std::string_view(flujo_).substr(bordes[i].inicio, bordes[i].fin - bordes[i].inicio));
     }
 }
 
-void Libro::leerHoja(const Registro& boundSheet, const std::vector<Subflujo>& bordes) {
+void Libro::leerHoja(const Registro& boundSheet, const Subflujo& bordes) {
     const Vista datos(boundSheet.datos);
-    const size_t posicion = datos.u32(0);
-    const auto lugar = std::find_if(bordes.begin() + 1, bordes.end(), [&](const Subflujo& borde) {
-        return borde.inicio == posicion;
-    });
-    const bool repetida = std::any_of(hojas_.begin(), hojas_.end(),
-                                      [&](const auto& otra) { return otra->posicion == posicion; });
-    if (lugar == bordes.end() || repetida) danado("una hoja no está donde dice");
     auto hoja = std::make_shared<Hoja>();
     hoja->libro = this;
     hoja->nombre = leerTexto(boundSheet.datos, 7, datos.u8(6));
     hoja->oculta = (datos.u8(4) & 3) != 0;
-    hoja->posicion = posicion;
-    hoja->original = std::string_view(flujo_).substr(posicion, lugar->fin - posicion);
-    if (datos.u8(5) == 0 && lugar->tipo == kTipoHoja) {
+    hoja->posicion = bordes.inicio;
+    hoja->original = std::string_view(flujo_).substr(bordes.inicio, bordes.fin - bordes.inicio);
+    if (datos.u8(5) == 0 && bordes.tipo == kTipoHoja) {
         hoja->celdas = std::make_unique<HojaDeCeldas>(hoja->original, *formatos_, *cadenas_);
     }
     hojas_.push_back(std::move(hoja));

@@ -5,7 +5,9 @@
 #include <unistd.h>
 
 #include <ctime>
+#include <system_error>
 
+#include "platform/Ficheros.h"
 #include "platform/linux/CarpetasXdg.h"
 
 namespace bn::escritorio {
@@ -16,7 +18,12 @@ std::string carpetaEspecial(int32_t numero) {
     return numero == kCarpetaDocumentos ? xdg::documentos().string() : std::string();
 }
 
-fs::path ejecutable() { return fs::read_symlink("/proc/self/exe"); }
+fs::path ejecutable() {
+    std::error_code error;
+    fs::path ruta = fs::read_symlink("/proc/self/exe", error);
+    if (error) throw ErrorFichero("/proc/self/exe: no se sabe dónde está el programa");
+    return ruta;
+}
 
 fs::path carpetaPropia() { return carpetaPropia(ejecutable().parent_path()); }
 
@@ -25,7 +32,9 @@ fs::path carpetaPropia(const fs::path& carpetaEjecutable) {
         return carpetaEjecutable;
     }
     fs::path carpeta = xdg::datos() / "bnDX5";
-    fs::create_directories(carpeta);
+    std::error_code error;
+    fs::create_directories(carpeta, error);
+    if (error) throw ErrorFichero(carpeta.string() + ": no se puede crear la carpeta");
     return carpeta;
 }
 

@@ -147,6 +147,34 @@ TEST_F(RescatePrueba, AStoreThatCannotBeReadDoesNotKeepTheProgramFromStarting) {
     EXPECT_TRUE(std::filesystem::exists(restos->fichero));
 }
 
+TEST_F(RescatePrueba, ClearsTheWayForADownloadOnlyWhenNothingUnsavedStandsInTheStore) {
+    escribirFichero(almacen, kDosPesadas);
+    EXPECT_TRUE(rescate.despejar()) << "without a mark the store has been saved";
+    EXPECT_THAT(copias(), IsEmpty());
+    rescate.empezar();
+    EXPECT_TRUE(rescate.despejar());
+    EXPECT_THAT(copias(), SizeIs(1));
+    EXPECT_EQ(leerFichero(carpeta / kCopia), kDosPesadas);
+    EXPECT_FALSE(std::filesystem::exists(marca));
+}
+
+TEST_F(RescatePrueba, KeepsTheWayClosedWhileTheStoreCannotBePutAside) {
+    // A folder so deep that the store's own name just fits and a longer one does not.
+    std::filesystem::path honda = carpeta.ruta();
+    while (honda.native().size() < 3800) honda /= std::string(200, 'd');
+    honda /= std::string(4070 - honda.native().size() - 1, 'd');
+    std::filesystem::create_directories(honda);
+    PlataformaDePrueba otra(honda);
+    Rescate encerrado(otra);
+    escribirFichero(honda / "bnGuardo.txt", kDosPesadas);
+    encerrado.empezar();
+    EXPECT_FALSE(encerrado.despejar());
+    EXPECT_EQ(leerFichero(honda / "bnGuardo.txt"), kDosPesadas);
+    EXPECT_EQ(encerrado.apartar(), honda / "bnGuardo.txt")
+        << "where they are, for the user to know";
+    EXPECT_TRUE(std::filesystem::exists(honda / "bnGuardo.marca"));
+}
+
 class GuardiaPrueba : public RescatePrueba {
  protected:
     void SetUp() override {
@@ -210,6 +238,18 @@ TEST_F(GuardiaPrueba, WhatIsNoExceptionEndsHereToo) {
     EXPECT_NO_THROW(guardia.atender([] { throw 7; }));
     EXPECT_THAT(plataforma.mensajes, SizeIs(1));
     EXPECT_EQ(averias, 1);
+}
+
+TEST_F(GuardiaPrueba, AnErrorOfWhatTheUserAskedForLeavesTheDownloadAlone) {
+    guardia.atenderUsuario([] { throw std::runtime_error("bnDX5.ini: acceso denegado"); });
+    EXPECT_THAT(plataforma.mensajes,
+                ElementsAre("Se ha producido un error:\nbnDX5.ini: acceso denegado"));
+    EXPECT_EQ(averias, 0);
+    EXPECT_THAT(copias(), IsEmpty());
+    int hechas = 0;
+    guardia.atenderUsuario([&] { ++hechas; });
+    guardia.atender([&] { ++hechas; });
+    EXPECT_EQ(hechas, 2);
 }
 
 TEST_F(GuardiaPrueba, DropsNotificationsUntilTheOwnerHasStartedOver) {

@@ -299,6 +299,20 @@ TEST_F(SetupIni, ACodeBeyondAByteIsKeptAndGivesItsLowByte) {
     EXPECT_THAT(prueba::leerFichero(ini), HasSubstr("Caracteres=321;-1;256;32767\r\n"));
 }
 
+TEST_F(SetupIni, AFileInUnicodeOf16BitsIsNotUnderstoodAndStaysAsItIs) {
+    const std::string utf16("\xFF\xFE[\0G\0]\0\r\0\n\0", 12);
+    EXPECT_THAT(errorCon<ErrorFichero>(utf16), HasSubstr("bnDX5.ini"));
+}
+
+TEST_F(SetupIni, SettingsLetGoAreNotWritten) {
+    prueba::escribirFichero(ini, "[General]\nCanal=40000\n");
+    {
+        bn::Setup setup(plataforma);
+        setup.Abandonar();
+    }
+    EXPECT_EQ(prueba::leerFichero(ini), "[General]\nCanal=40000\n");
+}
+
 TEST_F(SetupIni, AChannelOf32BitsIsKeptButDoesNotFitItsGet) {
     prueba::escribirFichero(ini, "[General]\nCanal=40000\n");
     bn::Setup setup(plataforma);

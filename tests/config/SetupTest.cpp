@@ -81,6 +81,9 @@ TEST_F(PruebaSetup, TheLongFormsTakeTheFirstCharacterAndNothingFromAnEmptyText) 
     EXPECT_EQ(setup.CaracterFinal(), "\xFF");
     EXPECT_EQ(setup.CaracterPesada(), std::string(1, '\0'));
     EXPECT_EQ(setup.CaracterPeticion(), "a");
+    setup.cInicial("ñu");
+    EXPECT_EQ(setup.CaracterInicial(), "\xF1") << "a text's first character, not its first byte";
+    setup.cInicial("A");
     setup.cInicial("");
     setup.cFinal("");
     setup.cPesada("");

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -116,6 +117,89 @@ TEST_F(XCelConMotor, RepeatsTheHeaderWithItsFormatsAndBreaksThePageThere) {
     EXPECT_EQ(excel.Celda(40, 1), Variante(std::string("Matrícula")));
     EXPECT_EQ(excel.Celda(41, 1), Variante(std::string("-----")));
     excel.Guardar("");
+}
+
+std::string muestra(const std::string& nombre) {
+    return prueba::leerFichero(std::filesystem::path(BN_MUESTRAS) / (nombre + ".xls"));
+}
+
+TEST_F(XCelConMotor, KeepsAsideEveryKindOfFileItCannotOpen) {
+    const std::string bueno = muestra("s5_poi");
+    const std::vector<std::pair<std::string, std::string>> ficheros = {
+        {"antiguo", muestra("s4c_biff5_book")},
+        {"cifrado", muestra("s5b_encrypted")},
+        {"cortado", bueno.substr(0, bueno.size() / 2)},
+        {"xlsx", "PK\x03\x04 un libro de otra clase"},
+        {"pagina", "<html><table><tr><td>1</td></tr></table></html>"},
+        {"vacio", ""}};
+    for (const auto& [nombre, bytes] : ficheros) {
+        prueba::escribirFichero(carpeta / (nombre + ".xls"), bytes);
+        excel.AbrirParaEscribir(ruta(nombre + ".xls"), "Pesadas", true);
+        excel.Celda(1, 1, int32_t{7});
+        EXPECT_EQ(prueba::leerFichero(carpeta / (nombre + ".xls")), bytes) << nombre;
+        excel.Guardar("");
+        EXPECT_EQ(prueba::leerFichero(carpeta / (nombre + ".xls.20251209-120000.bak")), bytes);
+        ASSERT_TRUE(excel.AbrirParaLeer(ruta(nombre + ".xls"), "Pesadas")) << nombre;
+        EXPECT_EQ(excel.Celda(1, 1), Variante(7.0)) << nombre;
+        excel.Cerrar();
+    }
+    EXPECT_TRUE(plataforma.mensajes.empty());
+}
+
+TEST_F(XCelConMotor, LeavesNothingBesideAWorkbookItCouldOpen) {
+    prueba::escribirFichero(carpeta / "p.xls", muestra("s5_poi"));
+    excel.AbrirParaEscribir(ruta("p.xls"), "log", true);
+    excel.Celda(300, 1, 1.0);
+    excel.Guardar("");
+    size_t cuantos = 0;
+    for (const auto& fichero : std::filesystem::directory_iterator(carpeta.ruta())) {
+        cuantos += fichero.is_regular_file() ? 1 : 0;
+    }
+    EXPECT_EQ(cuantos, 1U);
+}
+
+TEST_F(XCelConMotor, ChangesNothingOnTheDiskWhenClosedWithoutSaving) {
+    prueba::escribirFichero(carpeta / "p.xls", muestra("s3_lo_chart"));
+    excel.AbrirParaEscribir(ruta("p.xls"), "Third", false);
+    excel.Celda(1, 1, 1.0);
+    excel.Cerrar();
+    EXPECT_EQ(prueba::leerFichero(carpeta / "p.xls"), muestra("s3_lo_chart"));
+}
+
+TEST_F(XCelConMotor, GivesTheSameBytesForTheSameInput) {
+    for (const std::string nombre : {"a.xls", "b.xls"}) {
+        excel.AbrirParaEscribir(ruta(nombre), "Pesadas", true);
+        for (int16_t fila = 1; fila <= 40; ++fila) {
+            excel.Celda(fila, 1, FechaOle{45000.5 + fila});
+            excel.Celda(fila, 2, "M" + std::to_string(fila % 7));
+            excel.Celda(fila, 3, 100.5F + static_cast<float>(fila));
+        }
+        excel.Guardar("");
+        plataforma.horaActual += 1.25;
+    }
+    EXPECT_EQ(prueba::leerFichero(carpeta / "a.xls"), prueba::leerFichero(carpeta / "b.xls"));
+}
+
+TEST_F(XCelConMotor, LeavesACellAsItWasWhenAFormulaCannotBeCompiled) {
+    excel.AbrirParaEscribir(ruta("a.xls"), "Una", true);
+    excel.Celda(1, 1, std::string("antes"));
+    for (const std::string formula : {"=1+", "=NOHAY(1)", "=(1", "=sin_definir*2"}) {
+        EXPECT_THROW(excel.Celda(1, 1, formula), excel::ErrorExcel) << formula;
+        EXPECT_EQ(excel.Celda(1, 1), Variante(std::string("antes"))) << formula;
+    }
+    excel.Celda(1, 1, std::string("=IF(RC[1]>3,SUM(R1C3:R9C3),\"no\")"));
+    excel.Guardar("");
+    ASSERT_TRUE(excel.AbrirParaLeer(ruta("a.xls"), ""));
+    EXPECT_EQ(excel.Celda(1, 1), Variante(std::string("=IF(RC[1]>3,SUM(R1C3:R9C3),\"no\")")));
+    excel.Cerrar();
+}
+
+TEST_F(XCelConMotor, CountsDaysFrom1904InAWorkbookThatDoesSo) {
+    prueba::escribirFichero(carpeta / "p.xls", muestra("s6_handmade"));
+    excel.AbrirParaEscribir(ruta("p.xls"), "Main", true);
+    excel.Celda(500, 1, FechaOle{45000.5});
+    EXPECT_EQ(excel.Celda(500, 1), Variante(43538.5));
+    excel.Cerrar();
 }
 
 }  // namespace

@@ -49,6 +49,15 @@ TEST_F(DescargaPrueba, AnErrorOfTheSavePassReachesWhoeverDeliveredTheSummary) {
     EXPECT_EQ(enviado(), "") << "the counter record is acknowledged after the save pass";
 }
 
+TEST_F(DescargaPrueba, NeverCallsADownloadCorrectWhoseStoreCannotBeReadBack) {
+    empezar();
+    llegaPesada(1);
+    ocurrido();
+    std::filesystem::remove(almacen);
+    EXPECT_THROW(llegaContador("0001"), ErrorFichero);
+    EXPECT_THAT(ocurrido(), ElementsAre("estado 3"));
+}
+
 TEST_F(DescargaPrueba, AnErrorOfTheSavePassAfterASilenceLeavesTheTimer) {
     if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "no disk is full here";
     std::filesystem::create_symlink("/dev/full", texto);

@@ -77,6 +77,7 @@ class Banco:
         self.programa = self.carpeta / "programa"
         self.puerto = self.carpeta / "indicador"
         self.texto = self.carpeta / "Pesadas.txt"
+        self.libro = self.carpeta / "Pesadas.xls"
         self.registro = self.carpeta / "registro"
         self.almacen = self.programa / "bnGuardo.txt"
         self.errores = self.carpeta / "errores"
@@ -160,8 +161,9 @@ class Banco:
         )
         return entorno
 
-    def configurar(self, general=(), destino=None, puerto=None):
-        """Writes bnDX5.ini: text destination only, automatic downloads every second."""
+    def configurar(self, general=(), destino=None, puerto=None, excel=None):
+        """Writes bnDX5.ini: automatic downloads every second into the text destination, and into the
+        worksheet when its keys are given."""
         claves = {
             "Param": "19200,N,8,1",
             "Autom": "1;False",
@@ -170,7 +172,9 @@ class Banco:
         claves.update(general)
         lineas = ["[General]"]
         lineas += [f"{clave}={valor}" for clave, valor in claves.items()]
-        lineas += ["[Excel]", "Uso=False", "Motor=ninguno"]
+        lineas += ["[Excel]"]
+        hoja = {"Uso": "False", "Motor": "ninguno"} if excel is None else excel
+        lineas += [f"{clave}={valor}" for clave, valor in hoja.items()]
         lineas += ["[Texto]", "Uso=True", f"Destino={destino or self.texto}"]
         lineas += ["[Puertos]", f"1={puerto or self.puerto}"]
         ini = "".join(linea + "\r\n" for linea in lineas)

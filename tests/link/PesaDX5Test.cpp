@@ -178,6 +178,15 @@ TEST_F(PesaDX5, ReadsWeightsWithPointOrComma) {
     EXPECT_EQ(protocolo.Neto(), 0.5F);
 }
 
+TEST_F(PesaDX5, RefusesATabWhereANumberIsDue) {
+    for (const char* peso : {"\t0012.5", " \t 12.5", "12.50\t", "\t+12.50"}) {
+        PesadaDePrueba pesada;
+        pesada.tara = peso;
+        EXPECT_EQ(protocolo.TramaValida(trama(pesada.datos())), 0) << peso;
+    }
+    EXPECT_EQ(protocolo.TramaValida(trama("\t12 ")), 0);
+}
+
 TEST_F(PesaDX5, AddsTheGrossWeightInSinglePrecision) {
     PesadaDePrueba pesada;
     pesada.tara = "0.1";

@@ -179,7 +179,7 @@ TEST_F(Escritorio, TheProgramsOwnFolderIsTheUsersWhenTheExecutablesCannotBeWritt
     EXPECT_EQ(escritorio::carpetaPropia(cerrada), hogar_ / "datos" / "bnDX5");
     EXPECT_TRUE(fs::is_directory(hogar_ / "datos" / "bnDX5"));
     poner("XDG_DATA_HOME", (cerrada / "datos").string());
-    EXPECT_THROW(escritorio::carpetaPropia(cerrada), fs::filesystem_error);
+    EXPECT_THROW(escritorio::carpetaPropia(cerrada), ErrorFichero);
 }
 
 TEST_F(Escritorio, OpeningAFileThatIsMissingAnswersTwo) {

@@ -27,11 +27,20 @@ class PlataformaDePrueba::Reloj {
         }
         void Enabled(bool activo) override {
             if (activo && !activa_) vence = instante_ + intervalo_;
-            if (!activo) ++turno_;  // a tick that waits to be delivered is dropped
+            if (!activo) {
+                ++turno_;  // a tick that waits to be delivered is dropped
+                enEspera_ = false;
+            }
             activa_ = activo;
         }
         bool Enabled() const override { return activa_; }
 
+        /// False when the last tick still waits: one is enough.
+        bool vencer() { return !std::exchange(enEspera_, true); }
+        void sonar() {
+            enEspera_ = false;
+            Timer();
+        }
         void rearmar() { vence += intervalo_; }
         std::weak_ptr<bool> vida() const { return vida_; }
         int64_t turno() const { return turno_; }
@@ -45,6 +54,7 @@ class PlataformaDePrueba::Reloj {
         int32_t intervalo_ = 1;
         int64_t turno_ = 0;
         bool activa_ = false;
+        bool enEspera_ = false;
     };
 
     std::unique_ptr<Temporizador> nueva() { return std::make_unique<Alarma>(alarmas_, instante_); }
@@ -54,8 +64,9 @@ class PlataformaDePrueba::Reloj {
         while (Alarma* alarma = siguiente(hasta)) {
             instante_ = alarma->vence;
             alarma->rearmar();
+            if (!alarma->vencer()) continue;
             entrega.entregar([alarma, vida = alarma->vida(), turno = alarma->turno()] {
-                if (!vida.expired() && alarma->turno() == turno) alarma->Timer();
+                if (!vida.expired() && alarma->turno() == turno) alarma->sonar();
             });
         }
         instante_ = hasta;
@@ -140,7 +151,8 @@ std::unique_ptr<MSComm> PlataformaDePrueba::nuevoPuerto() {
 std::unique_ptr<Temporizador> PlataformaDePrueba::nuevoTemporizador() { return reloj_->nueva(); }
 
 std::unique_ptr<excel::Application> PlataformaDePrueba::nuevaAplicacionExcel(bool) {
-    if (motor != "interno") throw excel::ErrorExcel("No hay ninguna hoja de cálculo: " + motor);
+    if (motor != "interno" && motor != "auto")
+        throw excel::ErrorExcel("No hay ninguna hoja de cálculo: " + motor);
     return xls::nuevaAplicacionInterna([this] { return ahora(); });
 }
 

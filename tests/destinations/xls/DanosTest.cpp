@@ -218,14 +218,80 @@ TEST(LibroDanado, WithACellTwiceOrWithoutRowsIsRead) {
               Resultado::kLeido);
 }
 
-TEST(LibroDanado, WithADirectoryInACircleIsReadOrRefused) {
-    std::string fichero = Libro::abrir(muestra("s5_poi"), 2024)->serializar();
+TEST(LibroDanado, WithADirectoryInACircleIsRefusedOrReadRight) {
+    const std::string fichero = Libro::abrir(muestra("s5_poi"), 2024)->serializar();
+    const std::string flujo = flujoDe(fichero);
     const size_t directorio = (Vista(fichero).u32(48) + 1U) * 512;
-    for (uint32_t i = 0; i < 4; ++i) {
-        std::string danado = fichero;
-        cambiar32(danado, directorio + 128 * size_t{i} + 68, i);
-        SUCCEED() << static_cast<int>(probar(danado));
+    constexpr size_t kEntrada = 128;
+    for (size_t i = 0; i < 4; ++i) {
+        for (const size_t enlace : {68U, 72U, 76U}) {  // left, right, child
+            for (uint32_t destino = 0; destino < 4; ++destino) {
+                std::string danado = fichero;
+                cambiar32(danado, directorio + kEntrada * i + enlace, destino);
+                if (probar(danado) == Resultado::kRechazado) continue;
+                EXPECT_EQ(flujoDe(danado), flujo) << i << ' ' << enlace << ' ' << destino;
+            }
+        }
     }
+}
+
+TEST(LibroDanado, WithTwoSheetsOfOneNameKeepsBothApart) {
+    const auto libro = Libro::abrir(enPoi([](std::string& f) {
+                                        const size_t otra = buscar(f, id::kBoundSheet, 1).posicion;
+                                        f[otra + 10] = 3;
+                                        f.replace(otra + 12, 3, "Log");
+                                    }),
+                                    2024);
+    const auto bueno = Libro::abrir(muestra("s5_poi"), 2024);
+    escribirCelda(*libro->hojas()[0], 500, 0, std::string("en la primera"));
+    const auto leido = Libro::abrir(libro->serializar(), 2024);
+    ASSERT_EQ(leido->hojas().size(), bueno->hojas().size());
+    EXPECT_EQ(leido->hojas()[0]->nombre, "Log");
+    EXPECT_EQ(leido->hojas()[1]->nombre, "Log");
+    EXPECT_EQ(leerCelda(*leido->hojas()[0], 500, 0), Variante(std::string("en la primera")));
+    EXPECT_EQ(leerCelda(*leido->hojas()[1], 500, 0), Variante(std::string()));
+    for (int32_t fila = 0; fila < 10; ++fila) {
+        EXPECT_EQ(leerCelda(*leido->hojas()[1], fila, 1), leerCelda(*bueno->hojas()[1], fila, 1));
+    }
+}
+
+// The first sheet of a new workbook, many times over; each copy may be changed.
+std::string conHojas(size_t cuantas, const std::function<void(Hoja&)>& preparar) {
+    LibroDePrueba l;
+    preparar(l.hoja);
+    Compuesto compuesto = Compuesto::abrir(l.libro->serializar());
+    const size_t numero = compuesto.buscar("Workbook").value();
+    const std::string flujo = compuesto.flujo(numero);
+    const std::vector<Subflujo> bordes = subflujos(flujo);
+    const Lugar citada = buscar(flujo, id::kBoundSheet);
+    const std::string cita = flujo.substr(citada.posicion, citada.largo + 4);
+    const std::string hoja =
+        flujo.substr(bordes.at(1).inicio, bordes.at(1).fin - bordes.at(1).inicio);
+    const size_t finGlobales = bordes.at(0).fin + (cuantas - 1) * cita.size();
+    std::string todo = flujo.substr(0, citada.posicion);
+    std::string hojas;
+    for (size_t i = 0; i < cuantas; ++i) {
+        const size_t pos = todo.size() + 4;
+        todo += cita;
+        cambiar32(todo, pos, static_cast<uint32_t>(finGlobales + hojas.size()));
+        hojas += hoja;
+    }
+    todo += flujo.substr(citada.posicion + cita.size(),
+                         bordes.at(0).fin - citada.posicion - cita.size());
+    compuesto.flujo(numero, todo + hojas);
+    return compuesto.serializar();
+}
+
+TEST(LibroDanado, WithThousandsOfSheetsIsReadWithoutDelay) {
+    constexpr size_t kHojas = 5000;
+    const auto libro = Libro::abrir(conHojas(kHojas, [](Hoja&) {}), 2024);
+    EXPECT_EQ(libro->hojas().size(), kHojas);
+}
+
+TEST(LibroDanado, WhoseSheetsWouldFillTheMemoryIsRefused) {
+    const auto alFinal = [](Hoja& hoja) { escribirCelda(hoja, kFilas - 1, 0, 1.0); };
+    EXPECT_EQ(Libro::abrir(conHojas(60, alFinal), 2024)->hojas().size(), 60U);
+    EXPECT_THROW(Libro::abrir(conHojas(2000, alFinal), 2024), excel::ErrorExcel);
 }
 
 TEST(LibroDanado, CutAnywhereIsRefusedOrRead) {

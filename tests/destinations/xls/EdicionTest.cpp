@@ -52,6 +52,18 @@ TEST(Edicion, ATextIsTakenAsATypedEntry) {
     EXPECT_FALSE(l.libro->formatos().esGeneral(xfDe(l.hoja, 0, 4)));
 }
 
+// Other programs give their General a number of their own.
+TEST(Edicion, ADateTakesOnADateFormatInAWorkbookOfLibreOfficeToo) {
+    const auto libro = Libro::abrir(muestra("s3_lo_chart"), 2024);
+    Hoja& hoja = *libro->hojas()[2];
+    escribirCelda(hoja, 24, 0, FechaOle{45299.5});
+    EXPECT_TRUE(libro->formatos().esFecha(xfDe(hoja, 24, 0)));
+    escribirCelda(hoja, 24, 1, std::string("25%"));
+    EXPECT_FALSE(libro->formatos().esGeneral(xfDe(hoja, 24, 1)));
+    escribirCelda(hoja, 24, 2, 12.5);
+    EXPECT_TRUE(libro->formatos().esGeneral(xfDe(hoja, 24, 2)));
+}
+
 TEST(Edicion, ACellFormattedAsTextKeepsEveryTextAsItIs) {
     LibroDePrueba l;
     formatoNumerico(l.hoja, {0, 0, 0, 0}, "@");
