@@ -32,6 +32,8 @@ necesitar() {
 # What building the program takes, and what showing it on a virtual display takes.
 PAQUETES_PROGRAMA=(g++ cmake ninja-build libasio-dev qt6-base-dev)
 PAQUETES_PANTALLA=(xvfb imagemagick fonts-dejavu-core)
+# The Windows build and its installer.
+PAQUETES_WINDOWS=(g++-mingw-w64-x86-64-posix nsis zip)
 # Who reads a workbook back: one is enough to show it, all of them judge it.
 PAQUETES_LECTORES=(python3 python3-xlrd)
 PAQUETES_OTROS_LECTORES=(libapache-poi-java libcommons-collections4-java libcommons-codec-java

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <QClipboard>
+#include <QDir>
 #include <QGuiApplication>
 
 #include "destinations/EdiTxt.h"
@@ -302,7 +303,8 @@ TEST_F(EdiTxtTest, PutsTheFileLookedFor) {
     d.elegirFichero() = [](const QString&) { return QStringLiteral("/tmp/otro.txt"); };
     manejar(d, cfg, [&] {
         pulsar(d, "cmdLibro");
-        EXPECT_EQ(control<QLineEdit>(d, "txLibro").text(), "/tmp/otro.txt");
+        EXPECT_EQ(control<QLineEdit>(d, "txLibro").text(),
+                  QDir::toNativeSeparators(QStringLiteral("/tmp/otro.txt")));
     });
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "destinations/xls/MotorInterno.h"
+#include "platform/Ficheros.h"
 #include "tests/destinations/xls/Ayudas.h"
 
 namespace bn::xls::prueba {
@@ -16,12 +17,14 @@ constexpr double kAhora = 45000 + (6 * 3600 + 7 * 60 + 8) / 86400.0;
 
 class MotorInterno : public testing::Test {
  protected:
-    std::string ruta(const std::string& nombre) const { return (carpeta_ / nombre).string(); }
+    std::string ruta(const std::string& nombre) const {
+        return ficheros::aTexto(carpeta_.ruta() / ficheros::aRuta(nombre));
+    }
 
-    std::vector<std::string> ficheros() const {
+    std::vector<std::string> nombres() const {
         std::vector<std::string> lista;
         for (const auto& entrada : std::filesystem::directory_iterator(carpeta_.ruta())) {
-            lista.push_back(entrada.path().filename().string());
+            lista.push_back(ficheros::aTexto(entrada.path().filename()));
         }
         std::sort(lista.begin(), lista.end());
         return lista;
@@ -53,7 +56,7 @@ TEST_F(MotorInterno, ANewWorkbookHoldsOneSheetAndIsSavedWhereAsked) {
     EXPECT_EQ(libro->Name(), "año.xls");
     const auto leido = aplicacion_->Workbooks()->Open(ruta("año.xls"));
     EXPECT_EQ(celda(*leido->Worksheets()->Item(1), 2, 3), Variante(std::string("hola")));
-    EXPECT_THAT(ficheros(), ElementsAre("año.xls"));
+    EXPECT_THAT(nombres(), ElementsAre("año.xls"));
 }
 
 TEST_F(MotorInterno, AMissingWorkbookDoesNotExist) {
@@ -67,7 +70,7 @@ TEST_F(MotorInterno, AFileItOpenedIsSimplyReplaced) {
     const auto libro = aplicacion_->Workbooks()->Open(ruta("p.xls"));
     libro->Worksheets()->Item(1)->Cells()->Item(1, 1)->FormulaR1C1(5.0);
     libro->SaveAs(ruta("p.xls"), 1);
-    EXPECT_THAT(ficheros(), ElementsAre("p.xls"));
+    EXPECT_THAT(nombres(), ElementsAre("p.xls"));
 }
 
 TEST_F(MotorInterno, AFailedSaveLeavesTheOldFileWhereItWas) {
@@ -75,7 +78,7 @@ TEST_F(MotorInterno, AFailedSaveLeavesTheOldFileWhereItWas) {
     const auto libro = aplicacion_->Workbooks()->Add();
     EXPECT_THROW(libro->SaveAs(ruta("p.xls"), 1), excel::ErrorExcel);
     EXPECT_THROW(libro->SaveAs(ruta("no/hay/p.xls"), 1), excel::ErrorExcel);
-    EXPECT_THAT(ficheros(), ElementsAre("p.xls"));
+    EXPECT_THAT(nombres(), ElementsAre("p.xls"));
 }
 
 TEST_F(MotorInterno, AWorkbookMadeAfterATemplateIsNamedAfterIt) {
@@ -177,7 +180,7 @@ TEST_F(MotorInterno, NothingAnswersOnceItHasQuit) {
                                               [&] { rango->Select(); },
                                               [&] { rango->ClearContents(); }};
     for (const auto& accion : acciones) EXPECT_THROW(accion(), excel::ErrorExcel);
-    EXPECT_TRUE(ficheros().empty());
+    EXPECT_TRUE(nombres().empty());
 }
 
 TEST_F(MotorInterno, ObjectsThatOutliveItAnswerWithAnError) {

@@ -1,0 +1,174 @@
+#!/usr/bin/python3
+# SPDX-License-Identifier: MIT
+"""The Windows program under Wine, on the virtual display that is there: it downloads over a COM
+port from the simulated indicator at the cable's other end, keeps its logon entry in the registry,
+starts once only, and leaves nothing behind when it is closed.
+
+WINEPREFIX and DISPLAY are the caller's, with Wine running already and a window manager."""
+
+import os
+import pathlib
+import re
+import shutil
+import subprocess
+import sys
+import unittest
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent))
+
+import banco  # noqa: E402
+import linea  # noqa: E402
+from cable import Cable  # noqa: E402
+
+RUN = r"HKCU\Software\Microsoft\Windows\CurrentVersion\Run"
+
+
+def de_wine(ruta):
+    """A path as Windows programs name it."""
+    return "Z:" + str(ruta).replace("/", "\\")
+
+
+class BancoWindows(banco.Banco):
+    """The bench, with Wine between the program and the machine."""
+
+    def __enter__(self):
+        # A folder such as users have, and beyond the letters of any one old code page.
+        self.programa = self.carpeta / "Báscula-ñ-Вес"
+        self.almacen = self.programa / "bnGuardo.txt"
+        self.exe = self.programa / "bnDX5.exe"
+        self.texto = self.carpeta / "Pesadas de la báscula ñ.txt"
+        self._pantalla = os.environ["DISPLAY"]
+        self.programa.mkdir()
+        shutil.copy2(self.construccion / "bnDX5.exe", self.exe)
+        self.cable = Cable("COM5", "COM6")
+        return self
+
+    def __exit__(self, tipo, error, traza):
+        try:
+            super().__exit__(tipo, error, traza)
+        finally:
+            self.cable.quitar()
+            self.wine("reg", "delete", RUN, "/v", "bnDX5", "/f")
+
+    def entorno(self):
+        # Wine's display goes through its own windows; its usual font engine finds no glyphs.
+        return dict(os.environ, QT_QPA_PLATFORM="windows:fontengine=freetype")
+
+    def wine(self, *orden):
+        """Runs a program of Wine's own; whether it ended well."""
+        mudo = subprocess.DEVNULL
+        return subprocess.run(
+            ["wine", *orden], env=self.entorno(), stdout=mudo, stderr=mudo, timeout=60, check=False
+        ).returncode == 0
+
+    def configurar_com(self, *mas):
+        lineas = ["[General]", "Canal=5", "Param=9600,N,8,1", "Autom=1;False", "[Excel]"]
+        lineas += ["Uso=False", "Motor=ninguno", "[Texto]", "Uso=True"]
+        lineas += [f"Destino={de_wine(self.texto)}", *mas]
+        ini = "".join(una + "\r\n" for una in lineas)
+        (self.programa / "bnDX5.ini").write_bytes(ini.encode("utf-8"))
+
+    def simular(self, *opciones):
+        orden = ["wine", str(self.construccion / "bnDX5-simulador.exe"), "--dispositivo", "COM6"]
+        orden += ["--registro", de_wine(self.registro), "--detalle"]
+        simulador = banco.Simulador(orden + [str(opcion) for opcion in opciones])
+        self._procesos.append(simulador.proceso)
+        banco.esperar(lambda: simulador.lineas, 30, "the simulator's line")
+        return simulador
+
+    def arrancar(self):
+        with open(self.errores, "ab") as errores:
+            proceso = subprocess.Popen(
+                ["wine", str(self.exe)],
+                cwd=self.carpeta,
+                env=self.entorno(),
+                stdin=subprocess.DEVNULL,
+                stdout=errores,
+                stderr=errores,
+            )
+        self._procesos.append(proceso)
+        return proceso
+
+    def ventana(self):
+        banco.esperar(self.ventanas, 60, "the main window")
+        return self.ventanas()[0]
+
+    def pulsar(self, tecla):
+        """A key with Alt, for the program's window."""
+        orden = ["xdotool", "windowactivate", "--sync", self.ventana(), "key", "alt+" + tecla]
+        self._xdotool(orden)
+
+    def arranque(self):
+        """The value of the logon entry; nothing when there is none."""
+        fichero = self.carpeta / "run.reg"
+        if not self.wine("reg", "export", RUN, de_wine(fichero), "/y"):
+            return None
+        hallado = re.search(r'^"bnDX5"="(.*)"\r?$', fichero.read_text("utf-16"), re.MULTILINE)
+        return hallado and hallado[1].replace("\\\\", "\\")
+
+    def contar(self):
+        print(banco.contenido(self.errores).decode("utf-8", "replace"), file=sys.stderr)
+
+    def restos(self):
+        """The processes that run the program's file."""
+        ordenes = (banco.contenido(p) for p in pathlib.Path("/proc").glob("[0-9]*/cmdline"))
+        return [orden for orden in ordenes if os.fsencode(self.programa.name) in orden]
+
+
+class ProgramaWindows(unittest.TestCase):
+    construccion = "build/windows"
+    maxDiff = 4000
+
+    def run(self, result=None):
+        """As ever, with a bench, which tells more when the test has failed."""
+        antes = len(result.failures) + len(result.errors) if result else 0
+        with BancoWindows(self.construccion) as self.banco:
+            super().run(result)
+            if result and len(result.failures) + len(result.errors) > antes:
+                self.banco.contar()
+
+    def cerrar(self, programa):
+        self.banco.pulsar("c")
+        self.assertEqual(programa.wait(30), 0)
+        self.assertEqual(self.banco.restos(), [])
+
+    def test_a_download_over_a_com_port_reaches_the_text_file_byte_for_byte(self):
+        self.banco.configurar_com()
+        simulador = self.banco.simular("--pesadas", 40, "--salir", "--averia-control", "5")
+        programa = self.banco.arrancar()
+        simulador.proceso.wait(90)
+        banco.esperar(lambda: self.banco.lineas_texto() >= 40, 10, "the text file")
+        self.assertIsNone(programa.poll())
+        self.assertEqual(simulador.resumen()["reconocidas"], 40)
+        self.assertEqual(
+            banco.contenido(self.banco.texto), linea.lineas(self.banco.reconocidas())
+        )
+        self.cerrar(programa)
+
+    def test_the_logon_entry_is_written_and_removed(self):
+        self.banco.configurar_com()
+        programa = self.banco.arrancar()
+        self.banco.ventana()
+        self.assertIsNone(self.banco.arranque())
+        self.banco.pulsar("n")
+        banco.esperar(self.banco.arranque, 20, "the logon entry")
+        self.assertEqual(self.banco.arranque(), de_wine(self.banco.exe))
+        self.banco.pulsar("n")
+        banco.esperar(lambda: not self.banco.arranque(), 20, "the end of the logon entry")
+        self.cerrar(programa)
+
+    def test_a_second_start_ends_at_once_and_leaves_the_first_one_working(self):
+        self.banco.configurar_com()
+        primero = self.banco.arrancar()
+        self.banco.ventana()
+        segundo = self.banco.arrancar()
+        self.assertEqual(segundo.wait(60), 0)
+        self.assertIsNone(primero.poll())
+        self.assertEqual(len(self.banco.ventanas()), 1)
+        self.cerrar(primero)
+
+
+if __name__ == "__main__":
+    if len(sys.argv) > 1 and not sys.argv[1].startswith("-"):
+        ProgramaWindows.construccion = sys.argv.pop(1)
+    unittest.main(verbosity=2)

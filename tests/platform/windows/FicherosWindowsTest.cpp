@@ -1,0 +1,174 @@
+// SPDX-License-Identifier: MIT
+// What only this system does: files that others hold, attributes, names and paths of its own kind.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+#include "platform/Ficheros.h"
+#include "platform/windows/Asa.h"
+#include "tests/soporte/CarpetaTemporal.h"
+
+namespace bn {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using windows::Asa;
+
+template <class Accion>
+std::string errorDe(Accion accion) {
+    try {
+        accion();
+    } catch (const ErrorFichero& error) {
+        return error.what();
+    }
+    return "";
+}
+
+/// Another program that has the file open.
+Asa otroLoTiene(const fs::path& ruta, DWORD loQueComparte) {
+    Asa otro(::CreateFileW(ruta.c_str(), GENERIC_READ, loQueComparte, nullptr, OPEN_EXISTING,
+                           FILE_ATTRIBUTE_NORMAL, nullptr));
+    EXPECT_TRUE(static_cast<bool>(otro));
+    return otro;
+}
+
+void hacerTodo(const fs::path& ruta) {
+    ficheros::crearVacio(ruta);
+    ficheros::anadir(ruta, "uno\r\n");
+    ficheros::Anexo anexo(ruta);
+    anexo.escribir("dos\r\n");
+    anexo.cerrar();
+    EXPECT_EQ(ficheros::leer(ruta), "uno\r\ndos\r\n");
+    ficheros::reemplazar(ruta, "tres");
+    EXPECT_EQ(ficheros::leer(ruta), "tres");
+}
+
+TEST(FicherosWindows, NamesOfAnyAlphabetAreTheirOwn) {
+    const prueba::CarpetaTemporal carpeta;
+    const fs::path ruta = carpeta.ruta() / ficheros::aRuta("Báscula ñ € Вес 計量.txt");
+    hacerTodo(ruta);
+    EXPECT_EQ(ficheros::aTexto(ruta.filename()), "Báscula ñ € Вес 計量.txt");
+    int cuantos = 0;
+    for (const auto& entrada : fs::directory_iterator(carpeta.ruta())) {
+        EXPECT_EQ(entrada.path().filename().native(), ruta.filename().native());
+        ++cuantos;
+    }
+    EXPECT_EQ(cuantos, 1);
+}
+
+TEST(FicherosWindows, PathsMayBeLongerThanTheSystemsUsualLimit) {
+    const prueba::CarpetaTemporal carpeta;
+    std::vector<std::wstring> carpetas;
+    fs::path larga = carpeta.ruta();
+    for (int i = 0; i < 3; ++i) {
+        larga /= std::wstring(100, static_cast<wchar_t>(L'a' + i));
+        carpetas.push_back(L"\\\\?\\" + larga.native());
+        ASSERT_TRUE(::CreateDirectoryW(carpetas.back().c_str(), nullptr)) << i;
+    }
+    hacerTodo(larga / "Pesadas.txt");
+    EXPECT_EQ(ficheros::leer(larga / "otro.txt"), std::nullopt);
+    EXPECT_TRUE(::DeleteFileW((carpetas.back() + L"\\Pesadas.txt").c_str()));
+    for (auto una = carpetas.rbegin(); una != carpetas.rend(); ++una) {
+        EXPECT_TRUE(::RemoveDirectoryW(una->c_str())) << "something is left in it";
+    }
+}
+
+TEST(FicherosWindows, AFileThatAnotherProgramHoldsIsToldApart) {
+    const prueba::CarpetaTemporal carpeta;
+    const fs::path ruta = carpeta / "a.txt";
+    prueba::escribirFichero(ruta, "intacto");
+    const std::string esperado = ficheros::aTexto(ruta) + ": está en uso por otro programa";
+    {
+        const Asa otro = otroLoTiene(ruta, 0);
+        EXPECT_EQ(errorDe([&] { ficheros::leer(ruta); }), esperado);
+        EXPECT_EQ(errorDe([&] { ficheros::crearVacio(ruta); }), esperado);
+        EXPECT_EQ(errorDe([&] { ficheros::anadir(ruta, "x"); }), esperado);
+        EXPECT_EQ(errorDe([&] { ficheros::reemplazar(ruta, "x"); }), esperado);
+        EXPECT_EQ(errorDe([&] { ficheros::Anexo anexo(ruta); }), esperado);
+    }
+    EXPECT_EQ(prueba::leerFichero(ruta), "intacto");
+    EXPECT_THAT(carpeta.nombres(), ElementsAre("a.txt"));
+}
+
+TEST(FicherosWindows, AFileThatCannotBeReplacedStaysAndNoTemporaryBesideIt) {
+    const prueba::CarpetaTemporal carpeta;
+    const fs::path ruta = carpeta / "a.txt";
+    prueba::escribirFichero(ruta, "intacto");
+    {
+        const Asa otro = otroLoTiene(ruta, FILE_SHARE_READ | FILE_SHARE_WRITE);
+        EXPECT_EQ(errorDe([&] { ficheros::reemplazar(ruta, "x"); }),
+                  ficheros::aTexto(ruta) + ": está en uso por otro programa");
+    }
+    EXPECT_EQ(prueba::leerFichero(ruta), "intacto");
+    EXPECT_THAT(carpeta.nombres(), ElementsAre("a.txt"));
+}
+
+TEST(FicherosWindows, OthersMayReadWhileTheFileIsWritten) {
+    const prueba::CarpetaTemporal carpeta;
+    const fs::path ruta = carpeta / "a.txt";
+    ficheros::crearVacio(ruta);
+    const Asa otro = otroLoTiene(ruta, FILE_SHARE_READ | FILE_SHARE_WRITE);
+    ficheros::anadir(ruta, "uno");
+    ficheros::Anexo anexo(ruta);
+    anexo.escribir("dos");
+    EXPECT_EQ(prueba::leerFichero(ruta), "unodos");
+}
+
+TEST(FicherosWindows, AFileProtectedAgainstWritingIsNotReplaced) {
+    const prueba::CarpetaTemporal carpeta;
+    const fs::path ruta = carpeta / "a.ini";
+    prueba::escribirFichero(ruta, "intacto");
+    ASSERT_TRUE(::SetFileAttributesW(ruta.c_str(), FILE_ATTRIBUTE_READONLY));
+    EXPECT_EQ(errorDe([&] { ficheros::reemplazar(ruta, "x"); }),
+              ficheros::aTexto(ruta) + ": acceso denegado");
+    EXPECT_EQ(prueba::leerFichero(ruta), "intacto");
+    EXPECT_THAT(carpeta.nombres(), ElementsAre("a.ini"));
+    ::SetFileAttributesW(ruta.c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
+TEST(FicherosWindows, AHiddenFileStaysHidden) {
+    const prueba::CarpetaTemporal carpeta;
+    const fs::path ruta = carpeta / "a.ini";
+    prueba::escribirFichero(ruta, "viejo");
+    ASSERT_TRUE(::SetFileAttributesW(ruta.c_str(), FILE_ATTRIBUTE_HIDDEN));
+    const auto oculto = [&] {
+        return (::GetFileAttributesW(ruta.c_str()) & FILE_ATTRIBUTE_HIDDEN) != 0;
+    };
+    ficheros::reemplazar(ruta, "nuevo");
+    EXPECT_EQ(prueba::leerFichero(ruta), "nuevo");
+    EXPECT_TRUE(oculto());
+    ficheros::crearVacio(ruta);
+    EXPECT_EQ(prueba::leerFichero(ruta), "");
+    EXPECT_TRUE(oculto());
+}
+
+TEST(FicherosWindows, LeavesNoHandleOpenAlsoWhenItFails) {
+    const prueba::CarpetaTemporal carpeta;
+    const auto abiertas = [] {
+        DWORD cuantas = 0;
+        EXPECT_TRUE(::GetProcessHandleCount(::GetCurrentProcess(), &cuantas));
+        return cuantas;
+    };
+    const auto vuelta = [&] {
+        hacerTodo(carpeta / "a.txt");
+        errorDe([&] { ficheros::reemplazar(carpeta.ruta(), "x"); });
+        errorDe([&] { ficheros::anadir(carpeta / "no" / "a.txt", "x"); });
+    };
+    vuelta();
+    const DWORD antes = abiertas();
+    for (int i = 0; i < 20; ++i) {
+        vuelta();
+    }
+    EXPECT_LE(abiertas(), antes);
+}
+
+TEST(FicherosWindows, ADeviceIsNoFileToReplace) {
+    EXPECT_NE(errorDe([] { ficheros::reemplazar("NUL", "x"); }), "");
+}
+
+}  // namespace
+}  // namespace bn
