@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+#include "destinations/xls/Registros.h"
+
+#include <algorithm>
+
+#include "destinations/xls/Bytes.h"
+
+namespace bn::xls {
+
+std::optional<RegistroVisto> LectorRegistros::siguiente() {
+    if (posicion_ > flujo_.size() || flujo_.size() - posicion_ < 4) return std::nullopt;
+    const Vista vista(flujo_);
+    const uint16_t largo = vista.u16(posicion_ + 2);
+    if (flujo_.size() - posicion_ - 4 < largo) danado("un registro se sale del libro");
+    const RegistroVisto registro{posicion_, vista.u16(posicion_),
+                                 flujo_.substr(posicion_ + 4, largo)};
+    posicion_ = registro.despues();
+    return registro;
+}
+
+void ponerRegistro(std::string& salida, uint16_t id, std::string_view datos) {
+    poner16(salida, id);
+    poner16(salida, static_cast<uint32_t>(datos.size()));
+    salida += datos;
+}
+
+size_t buscarRegistro(const Registros& lista, uint16_t id, size_t desde) {
+    for (size_t i = desde; i < lista.size(); ++i) {
+        if (lista[i].id == id) return i;
+    }
+    return lista.size();
+}
+
+std::optional<size_t> trasUltimo(const Registros& lista, std::initializer_list<uint16_t> ids) {
+    for (size_t i = lista.size(); i > 0; --i) {
+        if (std::find(ids.begin(), ids.end(), lista[i - 1].id) != ids.end()) return i;
+    }
+    return std::nullopt;
+}
+
+std::vector<Subflujo> subflujos(std::string_view flujo) {
+    std::vector<Subflujo> lista;
+    LectorRegistros lector(flujo);
+    size_t profundidad = 0;
+    Subflujo actual;
+    while (const auto registro = lector.siguiente()) {
+        if (profundidad == 0) {
+            if (registro->id != id::kBof) break;
+            actual = {registro->posicion, 0, Vista(registro->datos).u16(2)};
+        }
+        if (registro->id == id::kBof) ++profundidad;
+        if (registro->id == id::kEof && --profundidad == 0) {
+            actual.fin = registro->despues();
+            lista.push_back(actual);
+        }
+    }
+    if (profundidad != 0) danado("una hoja no está entera");
+    return lista;
+}
+
+}  // namespace bn::xls
