@@ -5,9 +5,11 @@
 #include <QHBoxLayout>
 #include <QIcon>
 #include <QPushButton>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 #include "ventanas/Estilo.h"
+#include "ventanas/IconosDeAccion.h"
 
 namespace bn {
 
@@ -17,6 +19,7 @@ constexpr int kMargen = 14;
 constexpr int kSeparacion = 8;
 constexpr int kAnchura = 560;
 constexpr int kLadoDeIcono = 28;
+constexpr int kLadoDeBoton = 18;
 
 template <class Control>
 Control* nombrado(Control* control, const char* nombre) {
@@ -39,6 +42,20 @@ void colorear(QLabel* etiqueta, const QColor& color) {
     QPalette paleta = etiqueta->palette();
     paleta.setColor(QPalette::WindowText, color);
     etiqueta->setPalette(paleta);
+}
+
+/// A small button that is only a picture; what it is for is said by its tool tip.
+QToolButton* botonDeIcono(const char* nombre, const QIcon& icono, const char* paraQue,
+                          const QKeySequence& atajo, QWidget* padre) {
+    auto* boton = nombrado(new QToolButton(padre), nombre);
+    const QString texto = QString::fromUtf8(paraQue);
+    boton->setIcon(icono);
+    boton->setIconSize({kLadoDeBoton, kLadoDeBoton});
+    boton->setFocusPolicy(Qt::StrongFocus);
+    boton->setAccessibleName(texto);
+    boton->setShortcut(atajo);
+    boton->setToolTip(texto + " (" + atajo.toString(QKeySequence::NativeText) + ")");
+    return boton;
 }
 
 /// Space stays kept for what comes and goes, so that nothing jumps.
@@ -81,6 +98,9 @@ QWidget* ControlesDescarga::crearCabecera() {
     fila->addWidget(titulo);
     fila->addStretch(1);
     fila->addWidget(lbVer);
+    imgLink = botonDeIcono("imgLink", iconos::enlace(), "Página web de Balnor",
+                           QKeySequence(Qt::ALT | Qt::Key_W), cabecera);
+    fila->addWidget(imgLink);
     return cabecera;
 }
 
@@ -93,13 +113,22 @@ QWidget* ControlesDescarga::crearDestinos() {
     rejilla->setColumnStretch(1, 1);
 
     lbCanal = nombrado(new EtiquetaElidida(marco), "lbCanal");
+    cmdCom = botonDeIcono("cmdCom", iconos::ajustes(), "Cambiar la comunicación",
+                          QKeySequence(Qt::ALT | Qt::Key_1), marco);
     rejilla->addWidget(lbCanal, 0, 0, 1, 2);
+    rejilla->addWidget(cmdCom, 0, 3);
 
     ckXcel = nombrado(new QCheckBox(marco), "ckXcel");
     ckXcel->setAccessibleName(QStringLiteral("Guardar en la hoja Excel"));
     lbExcel = nombrado(new EtiquetaElidida(marco), "lbExcel");
     rejilla->addWidget(ckXcel, 1, 0);
     rejilla->addWidget(lbExcel, 1, 1);
+    vXcel = botonDeIcono("vXcel", iconos::ver(), "Ver la hoja Excel",
+                         QKeySequence(Qt::ALT | Qt::Key_4), marco);
+    cmdXcel = botonDeIcono("cmdXcel", iconos::ajustes(), "Cambiar la hoja Excel",
+                           QKeySequence(Qt::ALT | Qt::Key_2), marco);
+    rejilla->addWidget(vXcel, 1, 2);
+    rejilla->addWidget(cmdXcel, 1, 3);
 
     frNoXcel = nombrado(new QFrame(marco), "frNoXcel");
     auto* aviso = new QLabel(QStringLiteral("Este equipo no dispone de MS Excel (R)"), frNoXcel);
@@ -109,13 +138,19 @@ QWidget* ControlesDescarga::crearDestinos() {
     fila->addWidget(aviso);
     fila->addStretch(1);
     frNoXcel->hide();
-    rejilla->addWidget(frNoXcel, 1, 0, 1, 2);
+    rejilla->addWidget(frNoXcel, 1, 0, 1, 4);
 
     ckTxto = nombrado(new QCheckBox(marco), "ckTxto");
     ckTxto->setAccessibleName(QStringLiteral("Guardar en el fichero de texto"));
     lbTexto = nombrado(new EtiquetaElidida(marco), "lbTexto");
     rejilla->addWidget(ckTxto, 2, 0);
     rejilla->addWidget(lbTexto, 2, 1);
+    vTxto = botonDeIcono("vTxto", iconos::ver(), "Ver el fichero de texto",
+                         QKeySequence(Qt::ALT | Qt::Key_5), marco);
+    cmdTxto = botonDeIcono("cmdTxto", iconos::ajustes(), "Cambiar el fichero de texto",
+                           QKeySequence(Qt::ALT | Qt::Key_3), marco);
+    rejilla->addWidget(vTxto, 2, 2);
+    rejilla->addWidget(cmdTxto, 2, 3);
     return marco;
 }
 
@@ -175,14 +210,21 @@ QWidget* ControlesDescarga::crearCuenta() {
     auto* marco = nombrado(new QFrame(&ventana_), "frAuto");
     auto* fila = new QHBoxLayout(marco);
     fila->setContentsMargins(kMargen, 8, kMargen, 8);
-    lbAuto = nombrado(new EtiquetaPulsable(QStringLiteral("Próxima descarga automática (seg.):"), marco),
-                      "lbAuto");
+    lbAuto =
+        nombrado(new EtiquetaPulsable(QStringLiteral("Próxima descarga automática (seg.):"), marco),
+                 "lbAuto");
     lbAuto->setToolTip(QStringLiteral("Pulse para retener o reanudar la cuenta"));
     lbSeg = etiqueta("lbSeg", {}, marco);
     agrandar(lbSeg, 1.0, true);
+    ckInicio = nombrado(new QCheckBox(QStringLiteral("Ejec. al i&nicio"), marco), "ckInicio");
+    ckInicio->setToolTip(QStringLiteral("Ejecutar al iniciar la sesión"));
+    ckMini = nombrado(new QCheckBox(QStringLiteral("Ejec. &minimizado"), marco), "ckMini");
+    ckMini->setToolTip(QStringLiteral("Empezar con la ventana oculta"));
     fila->addWidget(lbAuto);
     fila->addWidget(lbSeg);
     fila->addStretch(1);
+    fila->addWidget(ckInicio);
+    fila->addWidget(ckMini);
     return marco;
 }
 

@@ -22,12 +22,18 @@ struct ControlesDescarga {
     QAbstractButton& boton(Boton cual) const;
 
     QLabel* lbVer = nullptr;
+    QAbstractButton* imgLink = nullptr;
 
     EtiquetaElidida* lbCanal = nullptr;
+    QAbstractButton* cmdCom = nullptr;
     QCheckBox* ckTxto = nullptr;
     EtiquetaElidida* lbTexto = nullptr;
+    QAbstractButton* vTxto = nullptr;
+    QAbstractButton* cmdTxto = nullptr;
     QCheckBox* ckXcel = nullptr;
     EtiquetaElidida* lbExcel = nullptr;
+    QAbstractButton* vXcel = nullptr;
+    QAbstractButton* cmdXcel = nullptr;
     QFrame* frNoXcel = nullptr;
 
     QLabel* lbFase1 = nullptr;
@@ -42,6 +48,8 @@ struct ControlesDescarga {
 
     EtiquetaPulsable* lbAuto = nullptr;
     QLabel* lbSeg = nullptr;
+    QCheckBox* ckInicio = nullptr;
+    QCheckBox* ckMini = nullptr;
 
     QAbstractButton* cmdCerr = nullptr;
     QAbstractButton* cmdMini = nullptr;

@@ -30,6 +30,8 @@ void Guardia::atender(const std::function<void()>& aviso) {
 void Guardia::reanudar() { averiada_ = false; }
 
 void Guardia::atenderError(const std::string& error) {
+    // One inside the notification that fails now has told of it: all starts over already.
+    if (averiada_) return;
     averiada_ = true;
     std::string texto = "Se ha producido un error:\n" + error;
     if (enDescarga_()) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "app/PlataformaQt.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QMessageBox>
 #include <QMetaObject>
 #include <QPushButton>
@@ -38,7 +40,8 @@ std::string PlataformaQt::dispositivo(int16_t canal) const {
 }
 
 std::unique_ptr<Temporizador> PlataformaQt::nuevoTemporizador() {
-    return std::make_unique<TemporizadorQt>(entrega_);
+    return std::make_unique<TemporizadorQt>(
+        entrega_, [this] { QCoreApplication::sendPostedEvents(&receptor_, QEvent::MetaCall); });
 }
 
 std::unique_ptr<excel::Application> PlataformaQt::nuevaAplicacionExcel(bool /*porIdentificador*/) {
@@ -63,6 +66,12 @@ std::string PlataformaQt::carpetaEspecial(int32_t numero) const {
 
 int32_t PlataformaQt::abrirDocumento(const std::string& rutaODireccion) {
     return escritorio::abrirDocumento(rutaODireccion);
+}
+
+bool PlataformaQt::enArranque() const { return escritorio::estaEnArranque(); }
+
+void PlataformaQt::enArranque(bool activo) {
+    escritorio::ponerEnArranque(activo, escritorio::ejecutable());
 }
 
 }  // namespace bn

@@ -81,4 +81,8 @@ int32_t PlataformaVigilada::abrirDocumento(const std::string& rutaODireccion) {
     return plataforma_.abrirDocumento(rutaODireccion);
 }
 
+bool PlataformaVigilada::enArranque() const { return plataforma_.enArranque(); }
+
+void PlataformaVigilada::enArranque(bool activo) { plataforma_.enArranque(activo); }
+
 }  // namespace bn

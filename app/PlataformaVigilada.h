@@ -24,6 +24,8 @@ class PlataformaVigilada : public Plataforma {
     void mensajeCritico(const std::string& texto) override;
     std::string carpetaEspecial(int32_t numero) const override;
     int32_t abrirDocumento(const std::string& rutaODireccion) override;
+    bool enArranque() const override;
+    void enArranque(bool activo) override;
 
  private:
     Plataforma& plataforma_;

@@ -1,42 +1,39 @@
 // SPDX-License-Identifier: MIT
 #include "app/Rescate.h"
 
-#include <array>
-#include <chrono>
-#include <cmath>
-#include <cstdio>
 #include <string>
 #include <string_view>
 #include <system_error>
 
 #include "link/sacoTramas.h"
 #include "platform/Ficheros.h"
+#include "platform/NombreFechado.h"
 
 namespace bn {
 
 namespace {
 
-/// "AAAAMMDD-HHMMSS" of a date-time in days since 30 December 1899.
-std::string sello(double fechaHora) {
-    using namespace std::chrono;
-    constexpr sys_days kOrigen = 1899y / December / 30;
-    const auto instante = kOrigen + seconds(std::llround(fechaHora * 86400.0));
-    const auto dia = floor<days>(instante);
-    const year_month_day fecha{dia};
-    const hh_mm_ss hora{instante - dia};
-    std::array<char, 64> texto{};
-    std::snprintf(texto.data(), texto.size(), "%04d%02u%02u-%02d%02d%02d",
-                  static_cast<int>(fecha.year()), static_cast<unsigned>(fecha.month()),
-                  static_cast<unsigned>(fecha.day()), static_cast<int>(hora.hours().count()),
-                  static_cast<int>(hora.minutes().count()),
-                  static_cast<int>(hora.seconds().count()));
-    return texto.data();
-}
+constexpr std::string_view kFinDeLinea = "\r\n";
 
+/// A last line that was cut off before its end counts as well.
 std::size_t contarLineas(std::string_view texto) {
     std::size_t lineas = 0;
-    for (std::size_t i = 0; (i = texto.find("\r\n", i)) != std::string_view::npos; i += 2) ++lineas;
+    while (!texto.empty()) {
+        ++lineas;
+        const std::size_t fin = texto.find(kFinDeLinea);
+        if (fin == std::string_view::npos) break;
+        texto.remove_prefix(fin + kFinDeLinea.size());
+    }
     return lineas;
+}
+
+/// 0 when the file cannot be read: that it is kept matters more than how many it holds.
+std::size_t contarPesadas(const std::filesystem::path& fichero) {
+    try {
+        return contarLineas(ficheros::leer(fichero).value_or(""));
+    } catch (const ErrorFichero&) {
+        return 0;
+    }
 }
 
 }  // namespace
@@ -54,20 +51,10 @@ void Rescate::acabar() {
     std::filesystem::remove(marca(), sinImportancia);
 }
 
-std::filesystem::path Rescate::nombreLibre() const {
-    const std::filesystem::path carpeta = plataforma_.carpetaPrograma();
-    const std::string base = "bnGuardo-" + sello(plataforma_.ahora());
-    std::filesystem::path libre = carpeta / (base + ".txt");
-    std::error_code error;
-    for (int n = 2; std::filesystem::exists(libre, error); ++n) {
-        libre = carpeta / (base + "-" + std::to_string(n) + ".txt");
-    }
-    return libre;
-}
-
 std::optional<std::filesystem::path> Rescate::apartar() {
     const std::filesystem::path origen = sacoTramas::fichero(plataforma_);
-    const std::filesystem::path copia = nombreLibre();
+    const std::filesystem::path copia =
+        nombreFechado(plataforma_.carpetaPrograma() / "bnGuardo-", plataforma_.ahora(), ".txt");
     try {
         const auto contenido = ficheros::leer(origen);
         if (!contenido || contenido->empty()) return std::nullopt;
@@ -92,8 +79,7 @@ std::optional<Rescate::Pendientes> Rescate::recoger() {
         acabar();
         return std::nullopt;
     }
-    const auto contenido = ficheros::leer(*fichero);
-    return Pendientes{*fichero, contarLineas(contenido.value_or(""))};
+    return Pendientes{*fichero, contarPesadas(*fichero)};
 }
 
 }  // namespace bn

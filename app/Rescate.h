@@ -30,14 +30,14 @@ class Rescate {
 
     struct Pendientes {
         std::filesystem::path fichero;  ///< where they are kept
-        std::size_t pesadas = 0;
+        std::size_t pesadas = 0;        ///< 0 when they cannot be counted
     };
-    /// At start: puts aside what a download that was cut off has left; nothing when none was.
+    /// At start: puts aside what a download that was cut off has left; nothing when none was. Never
+    /// throws.
     std::optional<Pendientes> recoger();
 
  private:
     std::filesystem::path marca() const;
-    std::filesystem::path nombreLibre() const;
 
     Plataforma& plataforma_;
 };

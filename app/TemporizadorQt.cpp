@@ -2,10 +2,12 @@
 #include "app/TemporizadorQt.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace bn {
 
-TemporizadorQt::TemporizadorQt(Entrega& entrega) : entrega_(entrega) {
+TemporizadorQt::TemporizadorQt(Entrega& entrega, std::function<void()> antes)
+    : entrega_(entrega), antes_(std::move(antes)) {
     reloj_.setTimerType(Qt::PreciseTimer);
     QObject::connect(&reloj_, &QTimer::timeout, &reloj_, [this] { avisar(); });
 }
@@ -28,6 +30,11 @@ void TemporizadorQt::Enabled(bool activo) {
 bool TemporizadorQt::Enabled() const { return reloj_.isActive(); }
 
 void TemporizadorQt::avisar() {
+    // A frame that came in before its time-out must be found before the time-out: repeating an
+    // acknowledge over it would make the indicator forget what was never stored.
+    const std::weak_ptr<bool> antes = vigente_;
+    antes_();
+    if (antes.expired() || !reloj_.isActive()) return;
     if (enEspera_) return;  // the last tick still waits: one is enough
     enEspera_ = true;
     entrega_.entregar([this, vigente = std::weak_ptr<bool>(vigente_)] {

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "app/fDescarga.h"
 
+#include <QCloseEvent>
+#include <QContextMenuEvent>
+#include <QCoreApplication>
 #include <QIcon>
 #include <QMetaObject>
 #include <algorithm>
@@ -8,14 +11,21 @@
 #include <utility>
 
 #include "app/Aspecto.h"
+#include "app/Bandeja.h"
 #include "app/ControlesDescarga.h"
 #include "app/CuentaAtras.h"
 #include "app/Guardia.h"
+#include "app/LineaDeMuestra.h"
+#include "app/MenuAcciones.h"
 #include "app/PlataformaVigilada.h"
 #include "app/Rescate.h"
 #include "app/Version.h"
+#include "config/APIsVarias.h"
 #include "config/Setup.h"
+#include "destinations/EdiExc.h"
+#include "destinations/EdiTxt.h"
 #include "download/Descarga.h"
+#include "link/EdiCom.h"
 #include "platform/Ficheros.h"
 #include "ventanas/Estilo.h"
 #include "ventanas/MarcoPlano.h"
@@ -25,6 +35,10 @@ namespace bn {
 namespace {
 
 constexpr int32_t kUltimaFase = 4;
+constexpr int32_t kNoEncontrado = 2;  // the shell's "file not found"
+constexpr const char* kPaginaWeb = "https://www.balnor.example/";
+
+QIcon gancho() { return QIcon(QStringLiteral(":/gancho.png")); }
 
 void colorear(QLabel& etiqueta, const QColor& color) {
     QPalette paleta = etiqueta.palette();
@@ -44,7 +58,9 @@ struct fDescarga::Interior {
           cuenta(
               plataforma, [this] { return mDes && mDes->iniciarProceso(); },
               [this] { return cfg->AutoCadaXSegs(); }),
-          ver(ventana) {}
+          ver(ventana),
+          menu(ventana),
+          mSys(gancho(), *menu.MnAcciones) {}
 
     bool enDescarga() const {
         const int32_t estado = mDes ? mDes->Estado() : kEnReposo;
@@ -58,46 +74,109 @@ struct fDescarga::Interior {
     std::unique_ptr<Descarga> mDes;
     CuentaAtras cuenta;
     ControlesDescarga ver;
+    MenuAcciones menu;
+    Bandeja mSys;
+    std::string ultimoFalloAvisado;
 };
 
 fDescarga::fDescarga(Plataforma& plataforma, QWidget* padre) : QWidget(padre) {
     setObjectName(QStringLiteral("fDescarga"));
     setWindowTitle(QStringLiteral("bnDX5"));
-    setWindowIcon(QIcon(QStringLiteral(":/gancho.png")));
+    setWindowIcon(gancho());
     MarcoPlano::poner(*this);
     interior_ = std::make_unique<Interior>(plataforma, *this);
 
-    auto& ver = interior_->ver;
-    const Setup& cfg = *interior_->cfg;
-    ver.lbVer->setText(QStringLiteral("ver. ") + QLatin1String(kVersion));
-    const bool hayExcel = XCel(interior_->plataforma).HayExcel();
-    if (!hayExcel) interior_->cfg->UsoExcel(false);
-    ver.ckXcel->setEnabled(hayExcel);
-    ver.ckXcel->setVisible(hayExcel);
-    ver.lbExcel->setVisible(hayExcel);
-    ver.frNoXcel->setVisible(!hayExcel);
-    ver.ckXcel->setChecked(cfg.UsoExcel());
-    ver.ckTxto->setChecked(cfg.UsoTexto());
+    interior_->ver.lbVer->setText(QStringLiteral("ver. ") + QLatin1String(kVersion));
+    mostrarDestinos(XCel(interior_->plataforma).HayExcel());
+    interior_->ver.ckInicio->setChecked(interior_->plataforma.enArranque());
+    interior_->ver.ckMini->setChecked(interior_->cfg->EjecutarMinimizado());
     refrescarRotulos();
     conectarControles();
     crearControlador();
     mostrarBotones(kEnReposo);
-    ver.cmdDesc->setFocus();
+    interior_->ver.cmdDesc->setFocus();
     interior_->cuenta.arrancar();
     recogerRestos();
 }
 
 fDescarga::~fDescarga() {
+    interior_->cfg.reset();  // the controller holds it until it goes
+    interior_->mSys.quitar();
     interior_->mDes.reset();
-    interior_->cfg.reset();
+}
+
+void fDescarga::presentar() {
+    interior_->mSys.poner();
+    if (interior_->cfg->EjecutarMinimizado()) {
+        ocultar();
+    } else {
+        show();
+    }
+}
+
+void fDescarga::volverAVer() {
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    show();
+    raise();
+    activateWindow();
+}
+
+void fDescarga::ocultar() {
+    interior_->mSys.poner();
+    if (Bandeja::disponible()) {
+        hide();
+    } else {
+        showMinimized();  // a window hidden without an icon to bring it back would be lost
+    }
+}
+
+void fDescarga::closeEvent(QCloseEvent* evento) {
+    evento->accept();
+    interior_->mSys.quitar();
+    QCoreApplication::quit();
+}
+
+void fDescarga::contextMenuEvent(QContextMenuEvent* evento) {
+    interior_->menu.MnAcciones->popup(evento->globalPos());
+}
+
+/// Without a spreadsheet application its controls give way to a notice.
+void fDescarga::mostrarDestinos(bool hayExcel) {
+    auto& ver = interior_->ver;
+    if (!hayExcel) interior_->cfg->UsoExcel(false);
+    ver.ckXcel->setEnabled(hayExcel);
+    for (QWidget* control :
+         std::initializer_list<QWidget*>{ver.ckXcel, ver.lbExcel, ver.vXcel, ver.cmdXcel}) {
+        control->setVisible(hayExcel);
+    }
+    ver.frNoXcel->setVisible(!hayExcel);
+    ver.ckXcel->setChecked(interior_->cfg->UsoExcel());
+    ver.ckTxto->setChecked(interior_->cfg->UsoTexto());
 }
 
 void fDescarga::conectarControles() {
-    auto& ver = interior_->ver;
-    const auto alPulsar = [this](QAbstractButton* boton, std::function<void()> accion) {
-        connect(boton, &QAbstractButton::clicked, this,
-                [this, accion = std::move(accion)] { interior_->guardia.atender(accion); });
+    conectarBotones();
+    conectarDestinos();
+    conectarMenu();
+    interior_->ver.lbAuto->alPulsar = [this] {
+        interior_->guardia.atender([this] { pulsarCuenta(); });
     };
+    interior_->cuenta.cambio.conectar([this] { mostrarCuenta(); });
+    interior_->mSys.DblClick.conectar([this] { volverAVer(); });
+    // The failed call has still to unwind through what is about to be replaced.
+    interior_->guardia.averia.conectar([this] {
+        QMetaObject::invokeMethod(
+            this, [this] { empezarDeNuevo(); }, Qt::QueuedConnection);
+    });
+}
+
+void fDescarga::alPulsar(QAbstractButton* boton, std::function<void()> accion) {
+    connect(boton, &QAbstractButton::clicked, this,
+            [this, accion = std::move(accion)] { interior_->guardia.atender(accion); });
+}
+
+void fDescarga::conectarBotones() {
+    auto& ver = interior_->ver;
     alPulsar(ver.cmdDesc, [this] { interior_->mDes->iniciarProceso(); });
     alPulsar(ver.cmdAbor, [this] { interior_->mDes->Abortar(); });
     alPulsar(ver.cmdLimp, [this] {
@@ -105,15 +184,39 @@ void fDescarga::conectarControles() {
         if (interior_->cfg->AutoCadaXSegs() > 0) interior_->cuenta.arrancar();
     });
     alPulsar(ver.cmdCerr, [this] { close(); });
+    alPulsar(ver.cmdMini, [this] { ocultar(); });
+    alPulsar(ver.ckMini, [this] {
+        interior_->cfg->EjecutarMinimizado(interior_->ver.ckMini->isChecked());
+        interior_->cfg->Update();
+    });
+    alPulsar(ver.ckInicio,
+             [this] { interior_->plataforma.enArranque(interior_->ver.ckInicio->isChecked()); });
+    alPulsar(ver.imgLink, [this] { AbrirDocumento(interior_->plataforma, kPaginaWeb); });
+}
+
+void fDescarga::conectarDestinos() {
+    auto& ver = interior_->ver;
     alPulsar(ver.ckXcel, [this] { cambiarDestinos(); });
     alPulsar(ver.ckTxto, [this] { cambiarDestinos(); });
-    ver.lbAuto->alPulsar = [this] { interior_->guardia.atender([this] { pulsarCuenta(); }); };
-    interior_->cuenta.cambio.conectar([this] { mostrarCuenta(); });
-    // The failed call has still to unwind through what is about to be replaced.
-    interior_->guardia.averia.conectar([this] {
-        QMetaObject::invokeMethod(
-            this, [this] { empezarDeNuevo(); }, Qt::QueuedConnection);
-    });
+    alPulsar(ver.vXcel, [this] { this->ver(interior_->cfg->LibroExcel()); });
+    alPulsar(ver.vTxto, [this] { this->ver(interior_->cfg->ArchivoTexto()); });
+    alPulsar(ver.cmdCom, [this] { editarComunicacion(); });
+    alPulsar(ver.cmdXcel, [this] { editarExcel(); });
+    alPulsar(ver.cmdTxto, [this] { editarTexto(); });
+}
+
+void fDescarga::conectarMenu() {
+    const auto& menu = interior_->menu;
+    const auto alElegir = [this](QAction* entrada, std::function<void()> accion) {
+        connect(entrada, &QAction::triggered, this,
+                [this, accion = std::move(accion)] { interior_->guardia.atender(accion); });
+    };
+    alElegir(menu.mnVerEllo, [this] { volverAVer(); });
+    alElegir(menu.mnDescarga, [this] { interior_->mDes->iniciarProceso(); });
+    alElegir(menu.MnComunica, [this] { editarComunicacion(); });
+    alElegir(menu.mnExcel, [this] { editarExcel(); });
+    alElegir(menu.MnTexto, [this] { editarTexto(); });
+    alElegir(menu.mnCerrar, [this] { close(); });
 }
 
 void fDescarga::crearControlador() {
@@ -161,6 +264,7 @@ void fDescarga::mDes_CambioEstado(int32_t estado) {
     if (estado == kGuardando) repaint();
     if (estado == kTerminada || estado == kFallida) {
         interior_->rescate.acabar();
+        avisarDelFallo(estado);
         if (interior_->cfg->AutoCadaXSegs() > 0) interior_->cuenta.arrancar();
     }
 }
@@ -170,8 +274,11 @@ void fDescarga::mostrarBotones(int32_t estado) {
     for (const Boton boton :
          {Boton::kCerr, Boton::kMini, Boton::kDesc, Boton::kAbor, Boton::kLimp}) {
         const bool visible = std::find(visibles.begin(), visibles.end(), boton) != visibles.end();
-        interior_->ver.boton(boton).setVisible(visible && boton != Boton::kMini);
+        interior_->ver.boton(boton).setVisible(visible);
     }
+    // The menu must not do what the buttons do not offer.
+    interior_->menu.mnCerrar->setEnabled(!interior_->ver.cmdCerr->isHidden());
+    interior_->menu.mnDescarga->setEnabled(!interior_->ver.cmdDesc->isHidden());
 }
 
 /// A phase stands out in green when it appears, and those before it turn grey.
@@ -248,8 +355,59 @@ void fDescarga::refrescarRotulos() {
     ver.lbCanal->setText(QString::fromStdString(rotuloDeCanal(cfg)));
     ver.lbExcel->setText(QString::fromStdString(rotuloDeExcel(cfg)));
     ver.lbTexto->setText(QString::fromStdString(rotuloDeTexto(cfg)));
-    ver.lbExcel->setEnabled(cfg.UsoExcel());
-    ver.lbTexto->setEnabled(cfg.UsoTexto());
+    for (QWidget* control : std::initializer_list<QWidget*>{ver.lbExcel, ver.vXcel, ver.cmdXcel}) {
+        control->setEnabled(cfg.UsoExcel());
+    }
+    for (QWidget* control : std::initializer_list<QWidget*>{ver.lbTexto, ver.vTxto, ver.cmdTxto}) {
+        control->setEnabled(cfg.UsoTexto());
+    }
+    interior_->menu.mnExcel->setEnabled(cfg.UsoExcel());
+    interior_->menu.MnTexto->setEnabled(cfg.UsoTexto());
+}
+
+void fDescarga::ver(const std::string& documento) {
+    if (AbrirDocumento(interior_->plataforma, documento) != kNoEncontrado) return;
+    interior_->plataforma.mensajeCritico("No existe el fichero '" + documento + "' ");
+}
+
+void fDescarga::editarComunicacion() {
+    const bool enMarcha = interior_->cuenta.enMarcha();
+    interior_->cuenta.pausar();
+    if (EdiCom(interior_->plataforma, this).Abrir(*interior_->cfg)) {
+        interior_->cfg->Update();
+        refrescarRotulos();
+        interior_->cuenta.arrancar();  // the period may be another one, or none
+    } else if (enMarcha) {
+        interior_->cuenta.reanudar();
+    }
+}
+
+void fDescarga::editarExcel() {
+    if (!EdiExc(interior_->plataforma, this).Abrir(*interior_->cfg)) return;
+    interior_->cfg->Update();
+    refrescarRotulos();
+}
+
+void fDescarga::editarTexto() {
+    EdiTxt dialogo(interior_->plataforma, this);
+    dialogo.VistaPrevia([this](const FormularioTxt& formulario) {
+        return lineaDeMuestra(interior_->plataforma, formulario);
+    });
+    if (!dialogo.Abrir(*interior_->cfg)) return;
+    interior_->cfg->Update();
+    refrescarRotulos();
+}
+
+/// Nobody sees the result frame of a hidden window: its first failure is told beside the icon, and
+/// the same one again only after something else has happened.
+void fDescarga::avisarDelFallo(int32_t estado) {
+    const std::string fallo = estado == kFallida ? interior_->mDes->Explicacion() : std::string();
+    const bool oculta = isHidden() || isMinimized();
+    if (oculta && !fallo.empty() && fallo != interior_->ultimoFalloAvisado) {
+        interior_->mSys.avisar(QStringLiteral("La descarga de pesadas ha fallado"),
+                               QString::fromStdString(fallo));
+    }
+    if (oculta || fallo.empty()) interior_->ultimoFalloAvisado = fallo;
 }
 
 }  // namespace bn

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QAbstractButton>
 #include <QWidget>
+#include <functional>
 #include <memory>
+#include <string>
 
 #include "platform/Plataforma.h"
 
@@ -16,10 +19,26 @@ class fDescarga : public QWidget {
     explicit fDescarga(Plataforma& plataforma, QWidget* padre = nullptr);
     ~fDescarga() override;
 
+    /// Shown from the start, unless the settings want it hidden.
+    void presentar();
+    /// Brings the window back, from wherever it is.
+    void volverAVer();
+    /// Only the notification area keeps it; minimised where there is none.
+    void ocultar();
+
+ protected:
+    void closeEvent(QCloseEvent* evento) override;
+    void contextMenuEvent(QContextMenuEvent* evento) override;
+
  private:
     struct Interior;
 
+    void mostrarDestinos(bool hayExcel);
     void conectarControles();
+    void alPulsar(QAbstractButton* boton, std::function<void()> accion);
+    void conectarBotones();
+    void conectarDestinos();
+    void conectarMenu();
     void crearControlador();
     void recogerRestos();
     void empezarDeNuevo();
@@ -34,6 +53,12 @@ class fDescarga : public QWidget {
     void pulsarCuenta();
     void cambiarDestinos();
     void refrescarRotulos();
+    void ver(const std::string& documento);
+    void editarComunicacion();
+    void editarExcel();
+    void editarTexto();
+
+    void avisarDelFallo(int32_t estado);
 
     std::unique_ptr<Interior> interior_;
 };

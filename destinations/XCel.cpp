@@ -4,9 +4,13 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include "config/Codificacion.h"
+#include "platform/Ficheros.h"
+#include "platform/NombreFechado.h"
 
 namespace bn {
 
@@ -90,7 +94,6 @@ void XCel::abandonar() {
 void XCel::AbrirParaEscribir(const std::string& libro, const std::string& hoja, bool conservar) {
     std::string error;
     if (!iniciar(error)) return;
-    bool nuevo = false;
     if (!intentar(error, [&] { libro_ = aplicacion_->Workbooks()->Open(libro); })) {
         error.clear();
         if (!intentar(error, [&] { libro_ = aplicacion_->Workbooks()->Add(); })) {
@@ -98,7 +101,7 @@ void XCel::AbrirParaEscribir(const std::string& libro, const std::string& hoja, 
             plataforma_.mensajeCritico(error);
             return;
         }
-        nuevo = true;
+        sustituye_ = true;
     }
     rutaLibro_ = libro;
     bool encontrada = false;
@@ -111,7 +114,7 @@ void XCel::AbrirParaEscribir(const std::string& libro, const std::string& hoja, 
         });
         if (hoja_) intentar(error, [&] { hoja_->Name(hoja); });
     }
-    if (nuevo && hoja_) dejarSoloLaActual(error);
+    if (sustituye_ && hoja_) dejarSoloLaActual(error);
     nombreHoja_ = hoja;
 }
 
@@ -286,9 +289,23 @@ void XCel::PrintPreview() {
 }
 
 void XCel::Guardar(const std::string& libro) {
-    this->libro().SaveAs(libro.empty() ? rutaLibro_ : libro, kAccesoSinCambio);
+    excel::Workbook& abierto = this->libro();
+    const std::string& destino = libro.empty() ? rutaLibro_ : libro;
+    if (sustituye_ && destino == rutaLibro_) conservarElAnterior();
+    abierto.SaveAs(destino, kAccesoSinCambio);
     aplicacion().Quit();
     soltar();
+}
+
+/// A damaged workbook, or one of another program, may still hold a year of weighings.
+void XCel::conservarElAnterior() const {
+    const std::filesystem::path anterior = ficheros::aRuta(rutaLibro_);
+    std::error_code noHay;
+    if (!std::filesystem::is_regular_file(anterior, noHay)) return;
+    std::filesystem::path comienzo = anterior;
+    comienzo += ".";
+    ficheros::reemplazar(nombreFechado(comienzo, plataforma_.ahora(), ".bak"),
+                         ficheros::leer(anterior).value_or(""));
 }
 
 void XCel::Cerrar() {
@@ -301,6 +318,7 @@ void XCel::soltar() {
     hoja_.reset();
     libro_.reset();
     aplicacion_.reset();
+    sustituye_ = false;
 }
 
 namespace {

@@ -64,7 +64,9 @@ class XCel {
 
     void Imprimir();
     void PrintPreview();
-    /// Saves (to libro, or where it was opened when empty) and quits.
+    /// Saves (to libro, or where it was opened when empty) and quits. A file there that could not
+    /// be opened is first kept beside it as "NAME.AAAAMMDD-HHMMSS.bak"; throws ErrorFichero when it
+    /// cannot be, and leaves it alone.
     void Guardar(const std::string& libro);
     /// Quits without saving.
     void Cerrar();
@@ -75,6 +77,7 @@ class XCel {
     void soltar();
     bool buscarHoja(const std::string& nombre);
     void dejarSoloLaActual(std::string& error);
+    void conservarElAnterior() const;
     std::unique_ptr<excel::Range> celda(int16_t fila, int16_t columna);
     void alinearColumna(int16_t columna, int32_t alineacion, float ancho);
     std::unique_ptr<excel::NombreDefinido> buscarNombre(const std::string& nombre);
@@ -87,6 +90,7 @@ class XCel {
     std::unique_ptr<excel::Application> aplicacion_;
     std::unique_ptr<excel::Workbook> libro_;
     std::unique_ptr<excel::Worksheet> hoja_;
+    bool sustituye_ = false;  // the workbook is a new one in place of what could not be opened
     std::string rutaLibro_;
     std::string nombreHoja_;
 };

@@ -38,12 +38,22 @@ void colocar(std::string& linea, std::size_t posicion, const std::string& texto)
 }  // namespace
 
 std::string lineaTexto(const pesaDX5& pesada, const Setup& cfg) {
+    std::array<CampoDeTexto, kCamposPesada> campos;
+    for (int32_t campo = 0; campo < kCamposPesada; ++campo) {
+        campos[static_cast<std::size_t>(campo)] = {cfg.Posicion(campo), cfg.Largo(campo),
+                                                   cfg.Formato(campo)};
+    }
+    return lineaTexto(pesada, campos);
+}
+
+std::string lineaTexto(const pesaDX5& pesada,
+                       const std::array<CampoDeTexto, kCamposPesada>& campos) {
     std::string linea;
     for (int32_t campo = 0; campo < kCamposPesada; ++campo) {
-        const int16_t posicion = cfg.Posicion(campo);
+        const auto& [posicion, ancho, formato] = campos[static_cast<std::size_t>(campo)];
         if (posicion <= 0) continue;
-        const auto largo = static_cast<std::size_t>(std::max<int16_t>(cfg.Largo(campo), 0));
-        std::string texto = formatear(valorDeCampo(pesada, campo), utf8ACp1252(cfg.Formato(campo)));
+        const auto largo = static_cast<std::size_t>(std::max<int16_t>(ancho, 0));
+        std::string texto = formatear(valorDeCampo(pesada, campo), utf8ACp1252(formato));
         texto = esCampoNumerico(campo) ? ajustarNumero(texto, largo)
                                        : ajustarTexto(std::move(texto), largo);
         colocar(linea, static_cast<std::size_t>(posicion), texto);

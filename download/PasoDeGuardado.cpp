@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "download/PasoDeGuardado.h"
 
-#include <cmath>
 #include <limits>
 #include <stdexcept>
 #include <string>
@@ -20,10 +19,12 @@ namespace {
 constexpr const char* kNombreUltimaFila = "bnUltima";
 
 int16_t filaDe16Bits(double fila) {
-    if (!(std::abs(fila) <= std::numeric_limits<int16_t>::max())) {
-        throw std::overflow_error("La hoja de cálculo no admite más pesadas: la fila " +
-                                  std::to_string(static_cast<int64_t>(fila)) +
-                                  " pasa de la última que se puede escribir (32767)");
+    using Fila = std::numeric_limits<int16_t>;
+    if (!(fila >= Fila::min() && fila <= Fila::max())) {
+        throw std::overflow_error(
+            "La hoja de cálculo no admite más pesadas: la última fila que se puede escribir es "
+            "la " +
+            std::to_string(Fila::max()));
     }
     return static_cast<int16_t>(fila);
 }
@@ -52,7 +53,7 @@ void PasoDeGuardado::ejecutar() {
     }
     if (!abiertos_) return;
     if (cfg_.UsoExcel()) hojaDeCalculo_.Guardar({});
-    if (cfg_.UsoTexto() && texto_) texto_->cerrar();
+    if (texto_) texto_->cerrar();
 }
 
 void PasoDeGuardado::guardar(const std::string& datos) {
@@ -64,7 +65,7 @@ void PasoDeGuardado::guardar(const std::string& datos) {
         escribirFila();
         pasarDeFila();
     }
-    if (cfg_.UsoTexto() && texto_) texto_->escribir(lineaTexto(pesada_, cfg_) + "\r\n");
+    if (cfg_.UsoTexto()) escribirLinea();
 }
 
 void PasoDeGuardado::abrirDestinos() {
@@ -81,6 +82,12 @@ void PasoDeGuardado::escribirFila() {
         const int16_t columna = cfg_.ColumnaExcel(campo);
         if (columna > 0) hojaDeCalculo_.Celda(fila_, columna, valorParaHoja(pesada_, campo));
     }
+}
+
+void PasoDeGuardado::escribirLinea() {
+    // Switched on since the pass began: to leave this weighing out in silence would lose it.
+    if (!texto_) throw std::logic_error("El fichero de texto no está abierto");
+    texto_->escribir(lineaTexto(pesada_, cfg_) + "\r\n");
 }
 
 void PasoDeGuardado::pasarDeFila() { fila_ = filaDe16Bits(fila_ + 1.0); }

@@ -29,6 +29,7 @@ class PasoDeGuardado {
     void abrirDestinos();
     void guardar(const std::string& datos);
     void escribirFila();
+    void escribirLinea();
     void pasarDeFila();
     void buscarPrimeraFila();
     bool filaVacia();

@@ -38,6 +38,11 @@ class Plataforma {
     virtual std::string carpetaEspecial(int32_t numero) const = 0;
     /// Opens a document or address with its program. Shell codes: > 32 done, 2 not found.
     virtual int32_t abrirDocumento(const std::string& rutaODireccion) = 0;
+
+    /// Whether the program starts when the user logs on; an outside without logon answers false.
+    virtual bool enArranque() const { return false; }
+    /// Has it start, or not, when the user logs on. Throws ErrorFichero.
+    virtual void enArranque(bool /*activo*/) {}
 };
 
 }  // namespace bn

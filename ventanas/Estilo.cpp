@@ -38,6 +38,9 @@ QFrame#frCabecera { background: #1f3a5f; border: none; }
 QFrame#frDestinos, QFrame#frFases, QFrame#frAuto, QFrame#frGrupo {
     background: #ffffff; border: 1px solid #d3dae1; border-radius: 4px; }
 QFrame#frResul { background: #f6f8fa; border: none; border-radius: 4px; }
+QLabel#lbTitulo { color: #ffffff; }
+QLabel#lbGrupo { font-weight: bold; }
+QLabel#lbAviso { color: #6e7882; }
 QPushButton, QToolButton {
     background: #ffffff; border: 1px solid #b4bfca; border-radius: 4px; padding: 5px 12px; }
 QToolButton { padding: 3px; }
@@ -59,6 +62,8 @@ QCheckBox:focus { border-color: #0b5cad; }
 QTableWidget { background: #ffffff; border: 1px solid #b4bfca; gridline-color: #e3e8ed;
     selection-background-color: #d5e6f7; selection-color: #1d2733; }
 QTableWidget:focus { border: 2px solid #0b5cad; }
+QLineEdit#txEd { border: 2px solid #0b5cad; border-radius: 0; padding: 0 1px; }
+QToolButton::menu-indicator { image: none; }
 QHeaderView::section { background: #eef2f6; border: none; border-right: 1px solid #d3dae1;
     border-bottom: 1px solid #b4bfca; padding: 4px 6px; }
 QMenu { background: #ffffff; border: 1px solid #b4bfca; padding: 4px 0; }

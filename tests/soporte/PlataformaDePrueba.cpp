@@ -27,12 +27,14 @@ class PlataformaDePrueba::Reloj {
         }
         void Enabled(bool activo) override {
             if (activo && !activa_) vence = instante_ + intervalo_;
+            if (!activo) ++turno_;  // a tick that waits to be delivered is dropped
             activa_ = activo;
         }
         bool Enabled() const override { return activa_; }
 
         void rearmar() { vence += intervalo_; }
         std::weak_ptr<bool> vida() const { return vida_; }
+        int64_t turno() const { return turno_; }
 
         int64_t vence = 0;
 
@@ -41,6 +43,7 @@ class PlataformaDePrueba::Reloj {
         const int64_t& instante_;
         std::shared_ptr<bool> vida_ = std::make_shared<bool>(true);
         int32_t intervalo_ = 1;
+        int64_t turno_ = 0;
         bool activa_ = false;
     };
 
@@ -51,8 +54,8 @@ class PlataformaDePrueba::Reloj {
         while (Alarma* alarma = siguiente(hasta)) {
             instante_ = alarma->vence;
             alarma->rearmar();
-            entrega.entregar([alarma, vida = alarma->vida()] {
-                if (!vida.expired() && alarma->Enabled()) alarma->Timer();
+            entrega.entregar([alarma, vida = alarma->vida(), turno = alarma->turno()] {
+                if (!vida.expired() && alarma->turno() == turno) alarma->Timer();
             });
         }
         instante_ = hasta;

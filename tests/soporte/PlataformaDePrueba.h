@@ -64,6 +64,7 @@ class PlataformaDePrueba : public Plataforma {
     std::string documentos;             ///< what carpetaEspecial(5) answers
     std::vector<std::string> abiertos;  ///< every abrirDocumento
     int32_t respuestaAbrir = 33;        ///< what abrirDocumento answers
+    bool arranque = false;              ///< whether the program starts at logon
 
     std::filesystem::path carpetaPrograma() const override;
     std::unique_ptr<MSComm> nuevoPuerto() override;
@@ -73,6 +74,8 @@ class PlataformaDePrueba : public Plataforma {
     void mensajeCritico(const std::string& texto) override;
     std::string carpetaEspecial(int32_t numero) const override;
     int32_t abrirDocumento(const std::string& rutaODireccion) override;
+    bool enArranque() const override { return arranque; }
+    void enArranque(bool activo) override { arranque = activo; }
 
  private:
     friend class PuertoDePrueba;

@@ -129,7 +129,9 @@ std::optional<Envio> Indicador::transmitir() {
 void Indicador::transmitido(Instante ahora) {
     if (estado_ != Estado::kEnviando) return;
     estado_ = cortada_ ? Estado::kCortada : Estado::kEsperando;
-    if (ajustes_.espera.count() > 0) plazo_ = ahora + ajustes_.espera;
+    // The counter's acknowledge comes once the computer has saved everything, however long that
+    // takes; heard too late, it would be taken for a new request.
+    if (ajustes_.espera.count() > 0 && !esContador_) plazo_ = ahora + ajustes_.espera;
 }
 
 void Indicador::tiempo(Instante ahora) {

@@ -17,7 +17,7 @@ constexpr std::size_t kAnchoAlbaran = 7;
 constexpr std::size_t kAnchoCodigo = 8;
 constexpr std::size_t kAnchoPeso = 7;
 
-std::string ala(std::string texto, std::size_t ancho, char relleno) {
+std::string ala(const std::string& texto, std::size_t ancho, char relleno) {
     return texto.size() >= ancho ? texto : std::string(ancho - texto.size(), relleno) + texto;
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <gmock/gmock.h>
 
-#include "tests/destinations/com/ExcelDePrueba.h"
+#include "tests/destinations/com/ConSustituto.h"
 
 // Which members XCel calls through Automation, with what and in which order.
 
@@ -11,7 +11,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class MiembrosDeExcel : public ExcelDePrueba {
+class MiembrosDeExcel : public ConSustituto {
  protected:
     void abrir() {
         crearLibro("Pesadas.xls", {});

@@ -29,7 +29,7 @@ class PlataformaConExcel : public PlataformaDePrueba {
 
 /// The stand-in registered, its log and its orders, and the check that every test leaves none of
 /// its objects behind.
-class ExcelDePrueba : public testing::Test {
+class ConSustituto : public testing::Test {
  protected:
     static void SetUpTestSuite();
     void SetUp() override;

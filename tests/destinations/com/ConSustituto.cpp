@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "tests/destinations/com/ExcelDePrueba.h"
+#include "tests/destinations/com/ConSustituto.h"
 
 #include <array>
 #include <filesystem>
@@ -41,43 +41,43 @@ std::vector<std::string> lineas(const std::filesystem::path& fichero) {
 
 }  // namespace
 
-void ExcelDePrueba::SetUpTestSuite() {
+void ConSustituto::SetUpTestSuite() {
     ASSERT_NE(sustituto(), nullptr);
     ASSERT_EQ(llamar("DllRegisterServer"), S_OK);
 }
 
-void ExcelDePrueba::SetUp() {
+void ConSustituto::SetUp() {
     SetEnvironmentVariableW(sustituto::kVariableDiario, (carpeta_ / "diario.txt").c_str());
     ordenar("");
 }
 
-void ExcelDePrueba::TearDown() {
+void ConSustituto::TearDown() {
     excel_.reset();
     EXPECT_EQ(llamar("DllCanUnloadNow"), S_OK) << "objects of the application are still held";
 }
 
-void ExcelDePrueba::ordenar(const std::string& ordenes) {
+void ConSustituto::ordenar(const std::string& ordenes) {
     SetEnvironmentVariableW(sustituto::kVariableOrdenes, excel::com::aAncho(ordenes).c_str());
 }
 
-std::vector<std::string> ExcelDePrueba::llamadas() {
+std::vector<std::string> ConSustituto::llamadas() {
     std::vector<std::string> todas = lineas(carpeta_ / "diario.txt");
     todas.erase(todas.begin(), todas.begin() + static_cast<std::ptrdiff_t>(leidas_));
     leidas_ += todas.size();
     return todas;
 }
 
-std::vector<std::string> ExcelDePrueba::diario() {
+std::vector<std::string> ConSustituto::diario() {
     std::vector<std::string> miembros = llamadas();
     std::erase_if(miembros, [](const std::string& linea) { return linea.starts_with("? "); });
     return miembros;
 }
 
-std::string ExcelDePrueba::ruta(const std::string& nombre) const {
+std::string ConSustituto::ruta(const std::string& nombre) const {
     return ficheros::aTexto(carpeta_ / nombre);
 }
 
-void ExcelDePrueba::crearLibro(const std::string& nombre,
+void ConSustituto::crearLibro(const std::string& nombre,
                                const std::vector<std::vector<Variante>>& filas) {
     PlataformaDePrueba interna(carpeta_.ruta());
     XCel libro(interna);
@@ -91,7 +91,7 @@ void ExcelDePrueba::crearLibro(const std::string& nombre,
     libro.Guardar("");
 }
 
-Variante ExcelDePrueba::leerCelda(const std::string& nombre, int16_t fila, int16_t columna) {
+Variante ConSustituto::leerCelda(const std::string& nombre, int16_t fila, int16_t columna) {
     PlataformaDePrueba interna(carpeta_.ruta());
     XCel libro(interna);
     EXPECT_TRUE(libro.AbrirParaLeer(ruta(nombre), "Pesadas"));
