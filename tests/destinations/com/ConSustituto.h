@@ -15,7 +15,7 @@
 namespace bn::prueba {
 
 /// A platform whose spreadsheet application is whatever is registered as "Excel.Application".
-class PlataformaConExcel : public PlataformaDePrueba {
+class PlataformaConSustituto : public PlataformaDePrueba {
  public:
     using PlataformaDePrueba::PlataformaDePrueba;
 
@@ -52,7 +52,7 @@ class ConSustituto : public testing::Test {
     Variante leerCelda(const std::string& nombre, int16_t fila, int16_t columna);
 
     CarpetaTemporal carpeta_;
-    PlataformaConExcel plataforma_{carpeta_.ruta()};
+    PlataformaConSustituto plataforma_{carpeta_.ruta()};
 
  private:
     std::unique_ptr<XCel> excel_ = std::make_unique<XCel>(plataforma_);
