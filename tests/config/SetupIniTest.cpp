@@ -61,6 +61,9 @@ class SetupIni : public testing::Test {
 
 TEST_F(SetupIni, WithoutAFileEverySettingHasItsDefault) {
     plataforma.documentos = "/home/Begoña";
+    const auto enDocumentos = [this](const char* nombre) {
+        return bn::ficheros::aTexto(bn::ficheros::aRuta(plataforma.documentos) / nombre);
+    };
     const bn::Setup setup(plataforma);
     EXPECT_EQ(setup.canal(), 1);
     EXPECT_EQ(setup.Params(), "9600,N,8,1");
@@ -74,10 +77,10 @@ TEST_F(SetupIni, WithoutAFileEverySettingHasItsDefault) {
     EXPECT_FALSE(setup.EjecutarMinimizado());
     EXPECT_EQ(setup.Checksum(), 0);
     EXPECT_TRUE(setup.UsoExcel());
-    EXPECT_EQ(setup.LibroExcel(), "/home/Begoña/Pesadas.xls");
+    EXPECT_EQ(setup.LibroExcel(), enDocumentos("Pesadas.xls"));
     EXPECT_EQ(setup.HojaExcel(), "Pesadas");
     EXPECT_TRUE(setup.UsoTexto());
-    EXPECT_EQ(setup.ArchivoTexto(), "/home/Begoña/Pesadas.txt");
+    EXPECT_EQ(setup.ArchivoTexto(), enDocumentos("Pesadas.txt"));
     const std::array<int16_t, 8> posiciones = {1, 18, 27, 35, 44, 53, 62, 70};
     const std::array<int16_t, 8> largos = {16, 8, 7, 8, 8, 8, 7, 7};
     const std::array<std::string, 8> formatos = {"dd/mm/yyyy hh:nn", "",         "0000000",

@@ -156,8 +156,8 @@ TEST_F(SacoTramas, AnswersFalseWhenTheFileCannotBeMade) {
 TEST_F(SacoTramas, AnswersFalseWhenARecordCannotBeStored) {
     ASSERT_TRUE(saco.iniGuardo());
     std::filesystem::remove(carpeta / "bnGuardo.txt");
-    std::filesystem::create_symlink("/dev/full", carpeta / "bnGuardo.txt");
-    EXPECT_FALSE(saco.Guardo("uno")) << "the disk is full";
+    std::filesystem::create_directory(carpeta / "bnGuardo.txt");
+    EXPECT_FALSE(saco.Guardo("uno")) << "a folder stands in its place";
     std::filesystem::remove(carpeta / "bnGuardo.txt");
     EXPECT_TRUE(saco.Guardo("uno")) << "the failure left it storing";
 }

@@ -32,17 +32,18 @@ class Paro {
 
     /// Waits until then; false, at once, when the program has to stop.
     bool dormirHasta(Instante cuando);
-    /// What poll takes.
-    int descriptor() const { return descriptor_; }
 
  private:
-    int descriptor_ = -1;
+    friend class Linea;
+    struct Interior;
+    std::unique_ptr<Interior> interior_;
 };
 
 /// The indicator's end of the line.
 class Linea {
  public:
-    /// A new pseudo-terminal; the computer opens ruta(), or the link when one is asked for.
+    /// A new pseudo-terminal; the computer opens ruta(), or the link when one is asked for. Throws
+    /// where the system has none.
     static std::unique_ptr<Linea> pseudoterminal(const std::string& enlace);
     /// A serial port.
     static std::unique_ptr<Linea> dispositivo(const std::string& ruta,
@@ -54,9 +55,9 @@ class Linea {
     ~Linea();
 
     /// What the computer has to open.
-    const std::string& ruta() const { return ruta_; }
+    const std::string& ruta() const;
     /// Whether the line itself takes the time its bytes need.
-    bool real() const { return esclavo_ < 0; }
+    bool real() const;
     /// Sends at once. What does not fit is lost, as on a line where nobody listens.
     void escribir(std::string_view bytes);
     /// Forgets what was received and not read.
@@ -65,12 +66,10 @@ class Linea {
     std::optional<std::string> leer(std::optional<Instante> hasta, const Paro& paro);
 
  private:
-    Linea() = default;
+    struct Interior;
+    explicit Linea(std::unique_ptr<Interior> interior);
 
-    int descriptor_ = -1;
-    int esclavo_ = -1;  // held open, so that the line outlives the computer's closing its side
-    std::string ruta_;
-    std::string enlace_;
+    std::unique_ptr<Interior> interior_;
 };
 
 }  // namespace bn::simulador

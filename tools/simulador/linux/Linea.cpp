@@ -89,6 +89,15 @@ Instante ahora() {
     return std::chrono::seconds(hora.tv_sec) + std::chrono::nanoseconds(hora.tv_nsec);
 }
 
+struct Paro::Interior {
+    explicit Interior(int numero) : descriptor(numero) {}
+    Interior(const Interior&) = delete;
+    Interior& operator=(const Interior&) = delete;
+    ~Interior() { close(descriptor); }
+
+    int descriptor;
+};
+
 Paro::Paro() {
     sigset_t senales;
     sigemptyset(&senales);
@@ -96,17 +105,18 @@ Paro::Paro() {
     sigaddset(&senales, SIGTERM);
     sigaddset(&senales, SIGHUP);
     if (pthread_sigmask(SIG_BLOCK, &senales, nullptr) != 0) fallar("sigmask", errno);
-    descriptor_ = signalfd(-1, &senales, SFD_CLOEXEC | SFD_NONBLOCK);
-    if (descriptor_ < 0) fallar("signalfd", errno);
+    const int descriptor = signalfd(-1, &senales, SFD_CLOEXEC | SFD_NONBLOCK);
+    if (descriptor < 0) fallar("signalfd", errno);
+    interior_ = std::make_unique<Interior>(descriptor);
     // The usual slack of 50 microseconds, at every piece of every frame, would show in the pace. A
     // system that refuses keeps its slack; nothing else changes.
     prctl(PR_SET_TIMERSLACK, 1UL);
 }
 
-Paro::~Paro() { close(descriptor_); }
+Paro::~Paro() = default;
 
 bool Paro::dormirHasta(Instante cuando) {
-    pollfd espera{descriptor_, POLLIN, 0};
+    pollfd espera{interior_->descriptor, POLLIN, 0};
     for (;;) {
         const timespec plazo = falta(cuando);
         const int resultado = ppoll(&espera, 1, &plazo, nullptr);
@@ -115,73 +125,92 @@ bool Paro::dormirHasta(Instante cuando) {
     }
 }
 
+struct Linea::Interior {
+    Interior() = default;
+    Interior(const Interior&) = delete;
+    Interior& operator=(const Interior&) = delete;
+    ~Interior() {
+        std::error_code error;
+        if (!enlace.empty() && std::filesystem::read_symlink(enlace, error) == ruta) {
+            std::filesystem::remove(enlace, error);
+        }
+        if (esclavo >= 0) close(esclavo);
+        if (descriptor >= 0) close(descriptor);
+    }
+
+    int descriptor = -1;
+    int esclavo = -1;  // held open, so that the line outlives the computer's closing its side
+    std::string ruta;
+    std::string enlace;
+};
+
+Linea::Linea(std::unique_ptr<Interior> interior) : interior_(std::move(interior)) {}
+
+Linea::~Linea() = default;
+
+const std::string& Linea::ruta() const { return interior_->ruta; }
+
+bool Linea::real() const { return interior_->esclavo < 0; }
+
 std::unique_ptr<Linea> Linea::pseudoterminal(const std::string& enlace) {
-    std::unique_ptr<Linea> linea(new Linea);
+    auto interior = std::make_unique<Interior>();
     std::array<char, PATH_MAX> nombre{};
-    if (openpty(&linea->descriptor_, &linea->esclavo_, nombre.data(), nullptr, nullptr) != 0) {
+    if (openpty(&interior->descriptor, &interior->esclavo, nombre.data(), nullptr, nullptr) != 0) {
         fallar("No se puede abrir un pseudoterminal", errno);
     }
-    if (!ajustar(linea->esclavo_, {}) || fcntl(linea->descriptor_, F_SETFL, O_NONBLOCK) != 0) {
+    if (!ajustar(interior->esclavo, {}) || fcntl(interior->descriptor, F_SETFL, O_NONBLOCK) != 0) {
         fallar("No se puede preparar el pseudoterminal", errno);
     }
-    linea->ruta_ = nombre.data();
+    interior->ruta = nombre.data();
     if (!enlace.empty()) {
-        enlazar(linea->ruta_, enlace);
-        linea->enlace_ = enlace;
+        enlazar(interior->ruta, enlace);
+        interior->enlace = enlace;
     }
-    return linea;
+    return std::unique_ptr<Linea>(new Linea(std::move(interior)));
 }
 
 std::unique_ptr<Linea> Linea::dispositivo(const std::string& ruta, const Parametros& parametros) {
-    std::unique_ptr<Linea> linea(new Linea);
-    linea->descriptor_ = open(ruta.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
-    if (linea->descriptor_ < 0) fallar("No se puede abrir " + ruta, errno);
-    if (!ajustar(linea->descriptor_, parametros)) {
+    auto interior = std::make_unique<Interior>();
+    interior->descriptor = open(ruta.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+    if (interior->descriptor < 0) fallar("No se puede abrir " + ruta, errno);
+    if (!ajustar(interior->descriptor, parametros)) {
         fallar(ruta + " no se deja ajustar como puerto serie", errno);
     }
-    linea->ruta_ = ruta;
-    return linea;
-}
-
-Linea::~Linea() {
-    std::error_code error;
-    if (!enlace_.empty() && std::filesystem::read_symlink(enlace_, error) == ruta_) {
-        std::filesystem::remove(enlace_, error);
-    }
-    if (esclavo_ >= 0) close(esclavo_);
-    if (descriptor_ >= 0) close(descriptor_);
+    interior->ruta = ruta;
+    return std::unique_ptr<Linea>(new Linea(std::move(interior)));
 }
 
 void Linea::escribir(std::string_view bytes) {
     while (!bytes.empty()) {
-        const ssize_t escritos = write(descriptor_, bytes.data(), bytes.size());
+        const ssize_t escritos = write(interior_->descriptor, bytes.data(), bytes.size());
         if (escritos > 0) {
             bytes.remove_prefix(static_cast<std::size_t>(escritos));
         } else if (errno == EAGAIN) {
             return;
         } else if (errno != EINTR) {
-            fallar("Se ha perdido la línea " + ruta_, errno);
+            fallar("Se ha perdido la línea " + interior_->ruta, errno);
         }
     }
 }
 
 void Linea::vaciarEntrada() {
     std::array<char, 256> tirados{};
-    while (read(descriptor_, tirados.data(), tirados.size()) > 0) {
+    while (read(interior_->descriptor, tirados.data(), tirados.size()) > 0) {
     }
 }
 
 std::optional<std::string> Linea::leer(std::optional<Instante> hasta, const Paro& paro) {
-    std::array<pollfd, 2> esperas = {{{descriptor_, POLLIN, 0}, {paro.descriptor(), POLLIN, 0}}};
+    std::array<pollfd, 2> esperas = {
+        {{interior_->descriptor, POLLIN, 0}, {paro.interior_->descriptor, POLLIN, 0}}};
     timespec plazo{};
     if (hasta) plazo = falta(*hasta);
     if (ppoll(esperas.data(), esperas.size(), hasta ? &plazo : nullptr, nullptr) <= 0) return "";
     if (esperas[1].revents != 0) return std::nullopt;
     std::array<char, 256> leidos{};
-    const ssize_t cuantos = read(descriptor_, leidos.data(), leidos.size());
+    const ssize_t cuantos = read(interior_->descriptor, leidos.data(), leidos.size());
     if (cuantos > 0) return std::string(leidos.data(), static_cast<std::size_t>(cuantos));
     if (cuantos < 0 && (errno == EAGAIN || errno == EINTR)) return "";
-    fallar("Se ha perdido la línea " + ruta_, cuantos == 0 ? ENODEV : errno);
+    fallar("Se ha perdido la línea " + interior_->ruta, cuantos == 0 ? ENODEV : errno);
 }
 
 }  // namespace bn::simulador
