@@ -18,7 +18,8 @@ inline constexpr const wchar_t* kVariableDiario = L"BN_SUSTITUTO_DIARIO";
 ///   ocupado=CALL,N   the application is busy for that call N times
 ///   falla=CALL       that call fails, with a description
 ///   muda=CALL        that call fails without one
-/// CALL is the call's number, from 1, or a member as "Workbooks.Open".
+/// CALL is the call's number, from 1, or a member as "Workbooks.Open"; "Range.FormulaR1C1=" when
+/// it is set.
 inline constexpr const wchar_t* kVariableOrdenes = L"BN_SUSTITUTO_ORDENES";
 
 /// The log of the calls to one application, and what was ordered to go wrong.

@@ -135,13 +135,14 @@ HRESULT ObjetoSustituto::Invoke(DISPID identificador, REFIID iid, LCID idioma, W
     }
     const std::string nombre = excel::com::deAncho(miembro->nombre);
     std::string linea = etiqueta() + "." + nombre;
+    const bool asignacion = miembro->forma == DISPATCH_PROPERTYPUT;
     const std::string lista = listaParaDiario(*parametros, miembro->nombres);
-    if (miembro->forma == DISPATCH_PROPERTYPUT) {
+    if (asignacion) {
         linea += " = " + lista;
     } else if (parametros->cArgs > 0) {
         linea += "(" + lista + ")";
     }
-    HRESULT codigo = mundo_->diario.llamada(clase_ + "." + nombre);
+    HRESULT codigo = mundo_->diario.llamada(clase_ + "." + nombre + (asignacion ? "=" : ""));
     std::string descripcion = "Fallo pedido en " + clase_ + "." + nombre + " (ñ €)";
     if (codigo == S_OK) {
         try {

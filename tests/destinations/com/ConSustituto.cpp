@@ -78,7 +78,7 @@ std::string ConSustituto::ruta(const std::string& nombre) const {
 }
 
 void ConSustituto::crearLibro(const std::string& nombre,
-                               const std::vector<std::vector<Variante>>& filas) {
+                              const std::vector<std::vector<Variante>>& filas) {
     PlataformaDePrueba interna(carpeta_.ruta());
     XCel libro(interna);
     libro.AbrirParaEscribir(ruta(nombre), "Pesadas", true);
