@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <compare>
 #include <cstdint>
 #include <map>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "destinations/excel/Variante.h"
@@ -15,7 +15,11 @@ namespace bn::excel::com {
 struct PosicionDeCelda {
     int32_t fila = 1;
     int32_t columna = 1;
-    friend auto operator<=>(const PosicionDeCelda&, const PosicionDeCelda&) = default;
+    friend bool operator==(const PosicionDeCelda&, const PosicionDeCelda&) = default;
+    /// Row by row, as a sheet is read.
+    friend bool operator<(const PosicionDeCelda& una, const PosicionDeCelda& otra) {
+        return std::tie(una.fila, una.columna) < std::tie(otra.fila, otra.columna);
+    }
 };
 
 /// A rectangle of cells, both corners included.

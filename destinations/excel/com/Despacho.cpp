@@ -23,13 +23,15 @@ std::vector<VARIANT> alReves(std::initializer_list<VarianteCom> argumentos) {
 
 }  // namespace
 
-const std::vector<DISPID>& Despacho::identificadores(std::vector<const wchar_t*> nombres) const {
+const std::vector<DISPID>& Despacho::identificadores(
+    const std::vector<const wchar_t*>& nombres) const {
     std::wstring clave = clase_;
     for (const wchar_t* nombre : nombres) clave.append(L".").append(nombre);
     auto& conocidos = sesion_->identificadores();
     if (const auto i = conocidos.find(clave); i != conocidos.end()) return i->second;
 
     std::vector<LPOLESTR> textos;
+    textos.reserve(nombres.size());
     for (const wchar_t* nombre : nombres) textos.push_back(const_cast<LPOLESTR>(nombre));
     std::vector<DISPID> encontrados(nombres.size());
     exigirExito(sesion_->insistir([&] {
@@ -89,7 +91,7 @@ void Despacho::llamarConNombres(const wchar_t* miembro,
         nombres.push_back(argumento.first);
         crudos.push_back(argumento.second.crudo());
     }
-    std::vector<DISPID> ids = identificadores(std::move(nombres));
+    std::vector<DISPID> ids = identificadores(nombres);
     const auto cuantos = static_cast<UINT>(crudos.size());
     invocar(ids.front(), DISPATCH_METHOD, {crudos.data(), ids.data() + 1, cuantos, cuantos});
 }

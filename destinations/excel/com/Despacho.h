@@ -40,7 +40,7 @@ class Despacho {
     const std::shared_ptr<Sesion>& sesion() const { return sesion_; }
 
  private:
-    const std::vector<DISPID>& identificadores(std::vector<const wchar_t*> nombres) const;
+    const std::vector<DISPID>& identificadores(const std::vector<const wchar_t*>& nombres) const;
     VarianteCom invocar(DISPID miembro, WORD forma, DISPPARAMS parametros) const;
     VarianteCom invocar(const wchar_t* miembro, WORD forma,
                         std::initializer_list<VarianteCom> argumentos) const;

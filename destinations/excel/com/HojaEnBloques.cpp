@@ -35,8 +35,9 @@ VarianteCom enMatriz(const CeldasEnCola& cola, const Area& area) {
              ++celda.columna) {
             std::array<LONG, 2> indices{celda.fila - area.desde.fila + 1,
                                         celda.columna - area.desde.columna + 1};
-            VARIANT valor = VarianteCom(cola.at(celda)).crudo();
-            exigirExito(SafeArrayPutElement(matriz, indices.data(), &valor));
+            const VarianteCom valor(cola.at(celda));
+            VARIANT crudo = valor.crudo();
+            exigirExito(SafeArrayPutElement(matriz, indices.data(), &crudo));
         }
     }
     return duenio;

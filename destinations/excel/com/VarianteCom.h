@@ -16,7 +16,7 @@ std::string deAncho(std::wstring_view texto);
 /// A VARIANT that releases what it holds.
 class VarianteCom {
  public:
-    VarianteCom() noexcept { VariantInit(&crudo_); }
+    VarianteCom() = default;
     /// Texts become VT_BSTR, numbers VT_R8, VT_R4 or VT_I4, date-times VT_DATE, nothing VT_EMPTY.
     explicit VarianteCom(const Variante& valor);
     VarianteCom(const VarianteCom& otra);
@@ -38,14 +38,16 @@ class VarianteCom {
     /// The array held; nullptr when it is none of VARIANT.
     SAFEARRAY* matriz() const;
 
-    const VARIANT& crudo() const { return crudo_; }
+    /// As the system takes it; what it points at lives no longer than this object.
+    const VARIANT& crudo() const& { return crudo_; }
+    const VARIANT& crudo() const&& = delete;
     /// Where a call leaves its result; what was held is let go.
     VARIANT* recibir();
     /// Gives up what it holds, for somebody else to release.
     VARIANT soltar();
 
  private:
-    VARIANT crudo_;
+    VARIANT crudo_{};  // VT_EMPTY
 };
 
 /// The value of a VARIANT that somebody else owns; as VarianteCom::valor.

@@ -70,7 +70,8 @@ TEST_F(SustitutoDeExcel, RefusesAnyOtherLocale) {
 }
 
 TEST_F(SustitutoDeExcel, RefusesTheWrongNumberOrTypeOfArguments) {
-    VARIANT numero = VarianteCom(Variante(int32_t{1})).crudo();
+    const VarianteCom uno(Variante(int32_t{1}));
+    const VARIANT numero = uno.crudo();
     EXPECT_EQ(llamar(aplicacion_.get(), L"Quit", DISPATCH_METHOD, {numero}, resultado_),
               DISP_E_BADPARAMCOUNT);
     ASSERT_EQ(llamar(aplicacion_.get(), L"Workbooks", DISPATCH_PROPERTYGET, {}, resultado_), S_OK);
@@ -104,7 +105,8 @@ TEST_F(SustitutoDeExcel, RefusesUnknownArgumentNames) {
     std::array<wchar_t*, 2> textos{const_cast<wchar_t*>(L"Add"), const_cast<wchar_t*>(L"Nombre")};
     EXPECT_EQ(nombres->GetIDsOfNames(IID_NULL, textos.data(), 2, 1033, ids.data()),
               DISP_E_UNKNOWNNAME);
-    VARIANT posicion = VarianteCom(Variante(int32_t{1})).crudo();
+    const VarianteCom uno(Variante(int32_t{1}));
+    const VARIANT posicion = uno.crudo();
     EXPECT_EQ(llamar(nombres.get(), L"Add", DISPATCH_METHOD, {posicion, posicion}, resultado_),
               DISP_E_NONAMEDARGS)
         << "its arguments go by name";

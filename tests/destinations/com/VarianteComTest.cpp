@@ -11,7 +11,10 @@
 namespace bn::excel::com {
 namespace {
 
-VARTYPE tipo(const Variante& valor) { return V_VT(&VarianteCom(valor).crudo()); }
+VARTYPE tipo(const Variante& valor) {
+    const VarianteCom variante(valor);
+    return V_VT(&variante.crudo());
+}
 
 TEST(VarianteDeAutomation, EachValueTravelsAsItsOwnType) {
     EXPECT_EQ(tipo(FechaOle{45000.5}), VT_DATE);
