@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: MIT
+#include "destinations/excel/com/HojaEnBloques.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <new>
+
+#include "destinations/excel/com/ErrorCom.h"
+#include "destinations/excel/com/Miembros.h"
+
+namespace bn::excel::com {
+
+namespace {
+
+// A worksheet of the ".xls" kind ends at column 256: a strip never crosses it.
+constexpr int32_t kColumnasDeTira = 16;
+constexpr int64_t kPrimerasFilas = 64;
+constexpr int64_t kCrecimiento = 8;
+constexpr int64_t kCeldasPorLectura = 65536;
+// The program counts rows in 16 bits, and a ".xls" sheet has no more than twice as many.
+constexpr int64_t kUltimaFila = 32767;
+constexpr std::size_t kBloquesGuardados = 32;
+// A pass whose columns are far apart makes one block for each: few, then, and large.
+constexpr std::size_t kCeldasEnCola = 32768;
+
+VarianteCom enMatriz(const CeldasEnCola& cola, const Area& area) {
+    std::array<SAFEARRAYBOUND, 2> limites{
+        {{static_cast<ULONG>(area.filas()), 1}, {static_cast<ULONG>(area.columnas()), 1}}};
+    SAFEARRAY* matriz = SafeArrayCreate(VT_VARIANT, limites.size(), limites.data());
+    if (!matriz) throw std::bad_alloc();
+    VarianteCom duenio = VarianteCom::deMatriz(matriz);
+    for (PosicionDeCelda celda = area.desde; celda.fila <= area.hasta.fila; ++celda.fila) {
+        for (celda.columna = area.desde.columna; celda.columna <= area.hasta.columna;
+             ++celda.columna) {
+            std::array<LONG, 2> indices{celda.fila - area.desde.fila + 1,
+                                        celda.columna - area.desde.columna + 1};
+            const VarianteCom valor(cola.at(celda));
+            VARIANT crudo = valor.crudo();
+            exigirExito(SafeArrayPutElement(matriz, indices.data(), &crudo));
+        }
+    }
+    return duenio;
+}
+
+}  // namespace
+
+Variante HojaEnBloques::Bloque::valor(PosicionDeCelda celda) const {
+    SAFEARRAY* matriz = contenido.matriz();
+    if (!matriz) return contenido.valor();
+    std::array<LONG, 2> indices{};
+    if (SafeArrayGetDim(matriz) != indices.size()) lanzarError(DISP_E_TYPEMISMATCH);
+    exigirExito(SafeArrayGetLBound(matriz, 1, &indices[0]));
+    exigirExito(SafeArrayGetLBound(matriz, 2, &indices[1]));
+    indices[0] += celda.fila - area.desde.fila;
+    indices[1] += celda.columna - area.desde.columna;
+    VarianteCom elemento;
+    exigirExito(SafeArrayGetElement(matriz, indices.data(), elemento.recibir()));
+    return elemento.valor();
+}
+
+Variante HojaEnBloques::leer(PosicionDeCelda celda) {
+    const auto& sesion = hoja_.sesion();
+    sesion->exigirViva();
+    // Another object of the same sheet may have written the cell.
+    if (cola_.contains(celda) || cola_.empty()) sesion->vaciar();
+    olvidarSiCambio();
+    const int32_t enTira = (celda.columna - 1) % kColumnasDeTira;
+    Tira& tira = tiras_[(celda.columna - 1) / kColumnasDeTira];
+    const auto marca = static_cast<uint16_t>(1U << enTira);
+    const bool yaPedida = (tira.pedidas & marca) != 0;
+    tira.pedidas = static_cast<uint16_t>(tira.pedidas | marca);
+    for (auto bloque = bloques_.rbegin(); bloque != bloques_.rend(); ++bloque) {
+        if (bloque->area.contiene(celda)) return bloque->valor(celda);
+    }
+    sesion->vaciar();
+    olvidarSiCambio();
+    const int64_t siguientes = yaPedida ? tira.filas * kCrecimiento : tira.filas;
+    tira.filas = std::clamp(siguientes, kPrimerasFilas, kCeldasPorLectura);
+    return traer(celda, tira, yaPedida).valor(celda);
+}
+
+void HojaEnBloques::olvidarSiCambio() {
+    if (epoca_ == hoja_.sesion()->epoca()) return;
+    epoca_ = hoja_.sesion()->epoca();
+    bloques_.clear();
+    for (auto& [numero, tira] : tiras_) tira.filas = 0;
+}
+
+/// Reads the cell with its neighbours: of the columns that are being gone down, many rows; of a
+/// column asked for the first time, the whole strip, for others of it will follow.
+const HojaEnBloques::Bloque& HojaEnBloques::traer(PosicionDeCelda celda, const Tira& tira,
+                                                  bool yaPedida) {
+    const int32_t primera = celda.columna - (celda.columna - 1) % kColumnasDeTira;
+    Area area{{celda.fila, primera}, {celda.fila, primera + kColumnasDeTira - 1}};
+    int64_t filas = kPrimerasFilas;
+    if (yaPedida) {
+        area.desde.columna = primera + std::countr_zero(tira.pedidas);
+        area.hasta.columna = primera + std::bit_width(tira.pedidas) - 1;
+        filas = std::min(tira.filas, kCeldasPorLectura / area.columnas());
+    }
+    const int64_t ultima = std::min<int64_t>(celda.fila + filas - 1, kUltimaFila);
+    area.hasta.fila = std::max(celda.fila, static_cast<int32_t>(ultima));
+
+    const Variante texto = referencia(area);
+    VarianteCom contenido = hoja_.objeto(miembro::kRange, clase::kRango, {VarianteCom(texto)})
+                                .leer(miembro::kFormulaR1C1);
+    if (bloques_.size() == kBloquesGuardados) bloques_.erase(bloques_.begin());
+    return bloques_.emplace_back(Bloque{area, std::move(contenido)});
+}
+
+void HojaEnBloques::escribir(PosicionDeCelda celda, const Variante& valor) {
+    const auto& sesion = hoja_.sesion();
+    sesion->exigirViva();
+    // The first value may leave something behind (a date, its format): it is not to be skipped.
+    if (cola_.contains(celda) || cola_.size() >= kCeldasEnCola) sesion->vaciar();
+    sesion->dejarPendiente(shared_from_this());
+    cola_.emplace(celda, valor);
+}
+
+void HojaEnBloques::vaciar() {
+    for (const Area& area : rectangulos(cola_)) escribirArea(area);
+    cola_.clear();
+}
+
+void HojaEnBloques::escribirArea(const Area& area) const {
+    const bool sola = area.desde == area.hasta;
+    const VarianteCom valor = sola ? VarianteCom(cola_.at(area.desde)) : enMatriz(cola_, area);
+    const Variante texto = referencia(area);
+    hoja_.objeto(miembro::kRange, clase::kRango, {VarianteCom(texto)})
+        .poner(miembro::kFormulaR1C1, valor);
+}
+
+}  // namespace bn::excel::com

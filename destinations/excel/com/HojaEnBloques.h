@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "destinations/excel/com/Areas.h"
+#include "destinations/excel/com/Despacho.h"
+
+namespace bn::excel::com {
+
+/// The cells of one worksheet, read and written many at a time: one call for each would make a long
+/// pass crawl. What is read and written is what single calls would have.
+class HojaEnBloques : public Pendiente, public std::enable_shared_from_this<HojaEnBloques> {
+ public:
+    explicit HojaEnBloques(Despacho hoja) : hoja_(std::move(hoja)) {}
+
+    /// Of a cell inside the sheet. Throws ErrorExcel.
+    Variante leer(PosicionDeCelda celda);
+    /// Puts it in the queue; what the application says of it comes later.
+    void escribir(PosicionDeCelda celda, const Variante& valor);
+    /// Writes the queue. On failure all of it stays.
+    void vaciar() override;
+
+ private:
+    /// Cells as they were read, in one array; or one cell.
+    struct Bloque {
+        Area area;
+        VarianteCom contenido;
+        Variante valor(PosicionDeCelda celda) const;
+    };
+    /// Sixteen neighbouring columns: which have been asked for, and how many rows to read next.
+    struct Tira {
+        uint16_t pedidas = 0;
+        int64_t filas = 0;
+    };
+
+    void olvidarSiCambio();
+    const Bloque& traer(PosicionDeCelda celda, const Tira& tira, bool yaPedida);
+    void escribirArea(const Area& area) const;
+
+    Despacho hoja_;
+    CeldasEnCola cola_;
+    std::vector<Bloque> bloques_;
+    std::map<int32_t, Tira> tiras_;
+    uint64_t epoca_ = 0;
+};
+
+}  // namespace bn::excel::com

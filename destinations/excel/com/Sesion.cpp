@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+#include "destinations/excel/com/Sesion.h"
+
+#include <algorithm>
+#include <thread>
+
+#include "destinations/excel/com/ErrorCom.h"
+
+namespace bn::excel::com {
+
+Apartamento::Apartamento() : resultado_(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)) {
+    exigirExito(resultado_);
+}
+
+Apartamento::~Apartamento() { CoUninitialize(); }
+
+void Sesion::exigirViva() const {
+    if (!viva_) throw ErrorExcel("La hoja de cálculo ya está cerrada");
+}
+
+void Sesion::antesDeLlamar() {
+    exigirViva();
+    vaciar();
+    ++epoca_;
+}
+
+void Sesion::dejarPendiente(const std::shared_ptr<Pendiente>& pendiente) {
+    if (pendiente_ == pendiente) return;
+    vaciar();
+    pendiente_ = pendiente;
+}
+
+void Sesion::vaciar() {
+    if (!pendiente_) return;
+    ++epoca_;
+    pendiente_->vaciar();
+    pendiente_.reset();
+}
+
+void Sesion::terminar() {
+    viva_ = false;
+    olvidar();
+}
+
+HRESULT Sesion::insistir(const std::function<HRESULT()>& llamada) const {
+    using Reloj = std::chrono::steady_clock;
+    const Reloj::time_point fin = Reloj::now() + paciencia_.limite;
+    for (std::chrono::milliseconds pausa = paciencia_.pausaMinima;;
+         pausa = std::min(pausa * 2, paciencia_.pausaMaxima)) {
+        const HRESULT resultado = llamada();
+        if (!estaOcupada(resultado) || Reloj::now() + pausa > fin) return resultado;
+        std::this_thread::sleep_for(pausa);
+    }
+}
+
+}  // namespace bn::excel::com

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "destinations/excel/com/ComPtr.h"
+#include "destinations/excel/com/ExcelCom.h"
+
+namespace bn::excel::com {
+
+/// The thread's single-threaded apartment, for as long as the object lives.
+class Apartamento {
+ public:
+    Apartamento();
+    Apartamento(const Apartamento&) = delete;
+    Apartamento& operator=(const Apartamento&) = delete;
+    ~Apartamento();
+
+ private:
+    HRESULT resultado_;
+};
+
+/// Something that has yet to be told to the application.
+class Pendiente {
+ public:
+    Pendiente() = default;
+    Pendiente(const Pendiente&) = delete;
+    Pendiente& operator=(const Pendiente&) = delete;
+    virtual ~Pendiente() = default;
+
+    /// Tells it. What fails stays pending.
+    virtual void vaciar() = 0;
+};
+
+/// What the objects of one application share. It lives as long as any of them.
+class Sesion {
+ public:
+    explicit Sesion(const Paciencia& paciencia) : paciencia_(paciencia) {}
+
+    /// Throws ErrorExcel once the application has ended.
+    void exigirViva() const;
+    /// To be called before every call that may see or change cells: what is pending goes first.
+    void antesDeLlamar();
+    /// The only one that may stay pending from now on: anything else is told first.
+    void dejarPendiente(const std::shared_ptr<Pendiente>& pendiente);
+    /// Tells the application what is pending.
+    void vaciar();
+    /// What is pending is dropped.
+    void olvidar() { pendiente_.reset(); }
+    /// The application has ended, and with it what was pending.
+    void terminar();
+
+    /// Grows whenever cells may have changed.
+    uint64_t epoca() const { return epoca_; }
+
+    /// Calls again while the application is busy, up to the limit; the last result.
+    HRESULT insistir(const std::function<HRESULT()>& llamada) const;
+
+    /// Identifiers of a member and its arguments, asked once for each kind of object.
+    std::map<std::wstring, std::vector<DISPID>>& identificadores() { return identificadores_; }
+
+ private:
+    Apartamento apartamento_;
+    Paciencia paciencia_;
+    std::map<std::wstring, std::vector<DISPID>> identificadores_;
+    std::shared_ptr<Pendiente> pendiente_;
+    uint64_t epoca_ = 0;
+    bool viva_ = true;
+};
+
+}  // namespace bn::excel::com

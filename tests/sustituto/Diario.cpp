@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: MIT
+#include "tests/sustituto/Diario.h"
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "destinations/excel/com/VarianteCom.h"
+
+namespace bn::sustituto {
+
+namespace {
+
+std::wstring variable(const wchar_t* nombre) {
+    std::array<wchar_t, 1024> valor{};
+    const DWORD largo =
+        GetEnvironmentVariableW(nombre, valor.data(), static_cast<DWORD>(valor.size()));
+    return {valor.data(), std::min<std::size_t>(largo, valor.size())};
+}
+
+/// The three ways a busy application has to say so, in turn.
+HRESULT negativa(int64_t vez) {
+    constexpr std::array kNegativas{0x80010001U, 0x8001010AU, 0x800AC472U};
+    return static_cast<HRESULT>(kNegativas[static_cast<std::size_t>(vez) % kNegativas.size()]);
+}
+
+}  // namespace
+
+Diario::Diario() : archivo_(variable(kVariableDiario)) {
+    std::istringstream palabras(excel::com::deAncho(variable(kVariableOrdenes)));
+    for (std::string palabra; palabras >> palabra;) {
+        Orden orden;
+        const std::size_t igual = palabra.find('=');
+        const std::size_t coma = palabra.find(',');
+        orden.que = palabra.substr(0, igual);
+        if (igual != std::string::npos) orden.llamada = palabra.substr(igual + 1, coma - igual - 1);
+        if (coma != std::string::npos) orden.veces = std::stoll(palabra.substr(coma + 1));
+        ordenes_.push_back(orden);
+    }
+}
+
+bool Diario::ausente() const {
+    return std::any_of(ordenes_.begin(), ordenes_.end(),
+                       [](const Orden& orden) { return orden.que == "ausente"; });
+}
+
+HRESULT Diario::llamada(const std::string& miembro) {
+    const std::string numero = std::to_string(++llamadas_);
+    for (Orden& orden : ordenes_) {
+        if (orden.llamada != numero && orden.llamada != miembro) continue;
+        if (orden.que != "ocupado") {
+            muda_ = orden.que == "muda";
+            return DISP_E_EXCEPTION;
+        }
+        if (orden.veces-- > 0) {
+            --llamadas_;  // it will be made again
+            return negativa(orden.veces);
+        }
+    }
+    return S_OK;
+}
+
+void Diario::anotar(const std::string& linea) const {
+    if (archivo_.empty()) return;
+    std::ofstream salida(std::filesystem::path(archivo_), std::ios::app | std::ios::binary);
+    salida << linea << '\n';
+}
+
+}  // namespace bn::sustituto

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "destinations/excel/com/ComPtr.h"
+
+namespace bn::sustituto {
+
+/// Environment variables that the stand-in obeys: read anew for each application started.
+///
+/// The file to which every call is appended, one line each.
+inline constexpr const wchar_t* kVariableDiario = L"BN_SUSTITUTO_DIARIO";
+/// What is to go wrong, in words separated by blanks:
+///   ausente          the application cannot be started
+///   ocupado=CALL,N   the application is busy for that call N times
+///   falla=CALL       that call fails, with a description
+///   muda=CALL        that call fails without one
+/// CALL is the call's number, from 1, or a member as "Workbooks.Open"; "Range.FormulaR1C1=" when
+/// it is set.
+inline constexpr const wchar_t* kVariableOrdenes = L"BN_SUSTITUTO_ORDENES";
+
+/// The log of the calls to one application, and what was ordered to go wrong.
+class Diario {
+ public:
+    Diario();
+
+    bool ausente() const;
+    /// Numbers the next call. S_OK, or how it is to fail. miembro as "Workbooks.Open".
+    HRESULT llamada(const std::string& miembro);
+    /// True when the last failing call is to say nothing of why.
+    bool muda() const { return muda_; }
+    void anotar(const std::string& linea) const;
+
+ private:
+    struct Orden {
+        std::string que;
+        std::string llamada;
+        int64_t veces = 1;
+    };
+
+    std::wstring archivo_;
+    std::vector<Orden> ordenes_;
+    int64_t llamadas_ = 0;
+    bool muda_ = false;
+};
+
+}  // namespace bn::sustituto

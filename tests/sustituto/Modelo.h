@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+
+#include "tests/sustituto/ObjetoSustituto.h"
+
+namespace bn::sustituto {
+
+/// A new application over an engine of its own, with one reference. nullptr when it has been
+/// ordered to be absent.
+IDispatch* nuevaAplicacion();
+
+}  // namespace bn::sustituto
