@@ -191,6 +191,18 @@ class Banco:
         esperar(lambda: simulador.lineas, 10, "the simulator's line")
         return simulador
 
+    def lanzar(self, *orden):
+        """Starts a process of the display's; it is ended with the bench."""
+        proceso = subprocess.Popen(
+            orden,
+            env=self.entorno(),
+            stdin=subprocess.DEVNULL,
+            stdout=subprocess.DEVNULL,
+            stderr=subprocess.DEVNULL,
+        )
+        self._procesos.append(proceso)
+        return proceso
+
     def arrancar(self):
         """Starts the program."""
         with open(self.errores, "ab") as errores:
@@ -212,6 +224,11 @@ class Banco:
         programa.kill()
         programa.wait()
 
+    def acabado(self, programa):
+        """Waits for a program that ends by itself, and returns its code."""
+        self._programas.remove(programa)
+        return programa.wait(20)
+
     def comprobar_vivos(self):
         """Every program started and not killed must still be running."""
         for programa in self._programas:
@@ -220,15 +237,16 @@ class Banco:
 
     def ventanas(self):
         """The program's visible windows: the main one and, above it, a message."""
-        orden = ["xdotool", "search", "--onlyvisible", "--name", "^bnDX5$"]
-        return self._xdotool(orden).split()
+        return self.xdotool("search", "--onlyvisible", "--name", "^bnDX5$").split()
 
     def cerrar_mensaje(self):
         """Escape closes a message; the main window does not know it."""
         for ventana in self.ventanas():
-            self._xdotool(["xdotool", "key", "--window", ventana, "Escape"])
+            self.xdotool("key", "--window", ventana, "Escape")
 
-    def _xdotool(self, orden):
+    def xdotool(self, *argumentos):
+        """What xdotool answers; nothing when it fails, for want of a window for one."""
+        orden = ["xdotool", *(str(argumento) for argumento in argumentos)]
         return subprocess.run(
             orden, env=self.entorno(), capture_output=True, text=True, timeout=20, check=False
         ).stdout
