@@ -273,8 +273,8 @@ void fDescarga::recogerRestos() {
 
 void fDescarga::mDes_PesadaRecibida() {
     auto& ver = interior_->ver;
+    // Painted as soon as this notification is over: the acknowledge must not wait for the screen.
     ver.lbRx->setText(QString::number(interior_->mDes->numRecibidas()));
-    ver.lbRx->repaint();
 }
 
 void fDescarga::mDes_CambioEstado(int32_t estado) {
