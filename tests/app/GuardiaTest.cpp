@@ -158,23 +158,6 @@ TEST_F(RescatePrueba, ClearsTheWayForADownloadOnlyWhenNothingUnsavedStandsInTheS
     EXPECT_FALSE(std::filesystem::exists(marca));
 }
 
-TEST_F(RescatePrueba, KeepsTheWayClosedWhileTheStoreCannotBePutAside) {
-    // A folder so deep that the store's own name just fits and a longer one does not.
-    std::filesystem::path honda = carpeta.ruta();
-    while (honda.native().size() < 3800) honda /= std::string(200, 'd');
-    honda /= std::string(4070 - honda.native().size() - 1, 'd');
-    std::filesystem::create_directories(honda);
-    PlataformaDePrueba otra(honda);
-    Rescate encerrado(otra);
-    escribirFichero(honda / "bnGuardo.txt", kDosPesadas);
-    encerrado.empezar();
-    EXPECT_FALSE(encerrado.despejar());
-    EXPECT_EQ(leerFichero(honda / "bnGuardo.txt"), kDosPesadas);
-    EXPECT_EQ(encerrado.apartar(), honda / "bnGuardo.txt")
-        << "where they are, for the user to know";
-    EXPECT_TRUE(std::filesystem::exists(honda / "bnGuardo.marca"));
-}
-
 class GuardiaPrueba : public RescatePrueba {
  protected:
     void SetUp() override {

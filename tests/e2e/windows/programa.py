@@ -95,8 +95,7 @@ class BancoWindows(banco.Banco):
 
     def pulsar(self, tecla):
         """A key with Alt, for the program's window."""
-        orden = ["xdotool", "windowactivate", "--sync", self.ventana(), "key", "alt+" + tecla]
-        self._xdotool(orden)
+        self.xdotool("windowactivate", "--sync", self.ventana(), "key", "alt+" + tecla)
 
     def arranque(self):
         """The value of the logon entry; nothing when there is none."""
