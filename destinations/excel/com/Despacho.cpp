@@ -108,8 +108,9 @@ std::vector<Despacho> Despacho::enumerar(const wchar_t* claseDelObjeto) const {
     std::vector<Despacho> objetos;
     for (;;) {
         VarianteCom elemento;
+        ULONG dados = 0;
         const HRESULT codigo =
-            sesion_->insistir([&] { return enumerador->Next(1, elemento.recibir(), nullptr); });
+            sesion_->insistir([&] { return enumerador->Next(1, elemento.recibir(), &dados); });
         exigirExito(codigo);
         if (codigo != S_OK) return objetos;
         objetos.emplace_back(sesion_, claseDelObjeto, elemento.objeto());

@@ -70,11 +70,7 @@ class AplicacionCom final : public ObjetoCom<excel::Application> {
     }
 };
 
-CLSID claseDeExcel(bool porIdentificador) {
-    CLSID encontrada = kClsidExcel;
-    if (porIdentificador) exigirExito(CLSIDFromProgID(kIdentificadorExcel, &encontrada));
-    return encontrada;
-}
+HRESULT claseDelIdentificador(CLSID& clase) { return CLSIDFromProgID(kIdentificadorExcel, &clase); }
 
 }  // namespace
 
@@ -82,12 +78,19 @@ CLSID claseDeExcel(bool porIdentificador) {
 
 std::unique_ptr<Application> nuevaAplicacionCom(bool porIdentificador, const Paciencia& paciencia) {
     auto sesion = std::make_shared<com::Sesion>(paciencia);
-    const CLSID clase = com::claseDeExcel(porIdentificador);
+    CLSID clase = com::kClsidExcel;
+    if (porIdentificador) com::exigirExito(com::claseDelIdentificador(clase));
     com::ComPtr<IDispatch> objeto;
-    com::exigirExito(sesion->insistir([&] {
+    const auto crear = [&] {
         return CoCreateInstance(clase, nullptr, CLSCTX_SERVER, IID_IDispatch,
                                 reinterpret_cast<void**>(objeto.recibir()));
-    }));
+    };
+    HRESULT codigo = sesion->insistir(crear);
+    // The identifier may stand for a class of its own: what it says there is must open as well.
+    if (codigo == REGDB_E_CLASSNOTREG && SUCCEEDED(com::claseDelIdentificador(clase))) {
+        codigo = sesion->insistir(crear);
+    }
+    com::exigirExito(codigo);
     return std::make_unique<com::AplicacionCom>(
         com::Despacho(std::move(sesion), com::clase::kAplicacion, std::move(objeto)));
 }

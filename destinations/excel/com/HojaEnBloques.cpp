@@ -17,7 +17,7 @@ namespace {
 constexpr int32_t kColumnasDeTira = 16;
 constexpr int64_t kPrimerasFilas = 64;
 constexpr int64_t kCrecimiento = 8;
-constexpr int64_t kCeldasPorLectura = 65536;
+constexpr int64_t kCeldasPorLectura = 262144;
 // The program counts rows in 16 bits, and a ".xls" sheet has no more than twice as many.
 constexpr int64_t kUltimaFila = 32767;
 constexpr std::size_t kBloquesGuardados = 32;
@@ -65,9 +65,10 @@ Variante HojaEnBloques::leer(PosicionDeCelda celda) {
     // Another object of the same sheet may have written the cell.
     if (cola_.contains(celda) || cola_.empty()) sesion->vaciar();
     olvidarSiCambio();
-    const int32_t enTira = (celda.columna - 1) % kColumnasDeTira;
-    Tira& tira = tiras_[(celda.columna - 1) / kColumnasDeTira];
-    const auto marca = static_cast<uint16_t>(1U << enTira);
+    const auto [lugar, nueva] = tiras_.try_emplace((celda.columna - 1) / kColumnasDeTira);
+    Tira& tira = lugar->second;
+    if (nueva) tira.apartada = tiras_.size() > 1;
+    const auto marca = static_cast<uint16_t>(1U << (celda.columna - 1) % kColumnasDeTira);
     const bool yaPedida = (tira.pedidas & marca) != 0;
     tira.pedidas = static_cast<uint16_t>(tira.pedidas | marca);
     for (auto bloque = bloques_.rbegin(); bloque != bloques_.rend(); ++bloque) {
@@ -75,9 +76,10 @@ Variante HojaEnBloques::leer(PosicionDeCelda celda) {
     }
     sesion->vaciar();
     olvidarSiCambio();
+    if (tira.apartada) return traer({celda, {kUltimaFila, celda.columna}}, celda).valor(celda);
     const int64_t siguientes = yaPedida ? tira.filas * kCrecimiento : tira.filas;
     tira.filas = std::clamp(siguientes, kPrimerasFilas, kCeldasPorLectura);
-    return traer(celda, tira, yaPedida).valor(celda);
+    return traer(vecindad(celda, tira, yaPedida), celda).valor(celda);
 }
 
 void HojaEnBloques::olvidarSiCambio() {
@@ -87,10 +89,9 @@ void HojaEnBloques::olvidarSiCambio() {
     for (auto& [numero, tira] : tiras_) tira.filas = 0;
 }
 
-/// Reads the cell with its neighbours: of the columns that are being gone down, many rows; of a
-/// column asked for the first time, the whole strip, for others of it will follow.
-const HojaEnBloques::Bloque& HojaEnBloques::traer(PosicionDeCelda celda, const Tira& tira,
-                                                  bool yaPedida) {
+/// Of the columns that are being gone down, many rows; with a column asked for the first time, the
+/// whole strip, for others of it will follow.
+Area HojaEnBloques::vecindad(PosicionDeCelda celda, const Tira& tira, bool yaPedida) {
     const int32_t primera = celda.columna - (celda.columna - 1) % kColumnasDeTira;
     Area area{{celda.fila, primera}, {celda.fila, primera + kColumnasDeTira - 1}};
     int64_t filas = kPrimerasFilas;
@@ -99,9 +100,13 @@ const HojaEnBloques::Bloque& HojaEnBloques::traer(PosicionDeCelda celda, const T
         area.hasta.columna = primera + std::bit_width(tira.pedidas) - 1;
         filas = std::min(tira.filas, kCeldasPorLectura / area.columnas());
     }
-    const int64_t ultima = std::min<int64_t>(celda.fila + filas - 1, kUltimaFila);
-    area.hasta.fila = std::max(celda.fila, static_cast<int32_t>(ultima));
+    area.hasta.fila = static_cast<int32_t>(std::min<int64_t>(celda.fila + filas - 1, kUltimaFila));
+    return area;
+}
 
+/// Reads an area, or what of it comes to an end at the cell, and keeps it.
+const HojaEnBloques::Bloque& HojaEnBloques::traer(Area area, PosicionDeCelda celda) {
+    area.hasta.fila = std::max(area.hasta.fila, celda.fila);
     const Variante texto = referencia(area);
     VarianteCom contenido = hoja_.objeto(miembro::kRange, clase::kRango, {VarianteCom(texto)})
                                 .leer(miembro::kFormulaR1C1);

@@ -36,10 +36,14 @@ class HojaEnBloques : public Pendiente, public std::enable_shared_from_this<Hoja
     struct Tira {
         uint16_t pedidas = 0;
         int64_t filas = 0;
+        /// Not the first strip asked for: its columns are read one by one, each to its end.
+        /// Columns that lie far apart would otherwise multiply the calls of going down.
+        bool apartada = false;
     };
 
     void olvidarSiCambio();
-    const Bloque& traer(PosicionDeCelda celda, const Tira& tira, bool yaPedida);
+    static Area vecindad(PosicionDeCelda celda, const Tira& tira, bool yaPedida);
+    const Bloque& traer(Area area, PosicionDeCelda celda);
     void escribirArea(const Area& area) const;
 
     Despacho hoja_;

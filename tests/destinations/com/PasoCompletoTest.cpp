@@ -167,5 +167,15 @@ TEST_F(PasoPorExcel, TheFirstRowIsFoundWithFewCallsInColumnsFarApart) {
     EXPECT_EQ(fila_, 30001);
 }
 
+TEST_F(PasoPorExcel, TheFirstRowIsFoundWithFewCallsWhenOnlyTheFarthestColumnIsFilled) {
+    llenar(30000, 210);
+    EXPECT_LE(llamadasDeBusqueda({1, 30, 60, 90, 120, 150, 180, 210}), kLlamadasDeBusqueda);
+    EXPECT_EQ(fila_, 30001);
+    EXPECT_LE(llamadasDeBusqueda({1, 16, 30, 31, 32, 60, 90, 210}), kLlamadasDeBusqueda);
+    EXPECT_EQ(fila_, 30001);
+    EXPECT_LE(llamadasDeBusqueda({210, 209, 208, 207, 1, 2, 3, 4}), kLlamadasDeBusqueda);
+    EXPECT_EQ(fila_, 30001);
+}
+
 }  // namespace
 }  // namespace bn::prueba
