@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "app/PlataformaQt.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QEvent>
 #include <QMessageBox>
 #include <QMetaObject>
 #include <QPushButton>
+#include <QWidget>
+#include <QWindow>
 #include <utility>
 
 #include "app/TemporizadorQt.h"
@@ -17,6 +19,27 @@
 #include "platform/asio/PuertoAsio.h"
 
 namespace bn {
+
+namespace {
+
+QWidget* ventanaALaVista() {
+    if (QWidget* dialogo = QApplication::activeModalWidget()) return dialogo;
+    for (QWidget* ventana : QApplication::topLevelWidgets()) {
+        if (ventana->isVisible() && !ventana->isMinimized()) return ventana;
+    }
+    return nullptr;
+}
+
+/// A message behind the window that waits for its answer would look as if the program hung; and one
+/// of a program hidden in the notification area must not come up behind somebody else's window.
+void ponerDelante(QMessageBox& caja) {
+    QWidget* ventana = ventanaALaVista();
+    if (!ventana) caja.setWindowFlag(Qt::WindowStaysOnTopHint);
+    caja.winId();  // makes the window that the next line needs
+    if (ventana) caja.windowHandle()->setTransientParent(ventana->windowHandle());
+}
+
+}  // namespace
 
 PlataformaQt::PlataformaQt()
     : carpeta_(escritorio::carpetaPropia()), motor_(motorExcel(rutaDelIni(*this))) {}
@@ -90,6 +113,7 @@ void PlataformaQt::mensajeCritico(const std::string& texto) {
     QMessageBox caja(QMessageBox::Critical, QStringLiteral("bnDX5"), QString::fromStdString(texto));
     caja.setTextFormat(Qt::PlainText);
     caja.addButton(QStringLiteral("&Aceptar"), QMessageBox::AcceptRole);
+    ponerDelante(caja);
     caja.exec();
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/sustituto/Modelo.h"
 
+#include <atomic>
 #include <utility>
 #include <vector>
 
@@ -11,6 +12,8 @@
 namespace bn::sustituto {
 
 namespace {
+
+std::atomic<int64_t> cerradas{0};
 
 class NombreSustituto final : public ObjetoSustituto {
  public:
@@ -117,6 +120,7 @@ class AplicacionSustituto final : public ObjetoSustituto {
         });
         metodo(L"Quit", "", [this](const Argumentos&) {
             motor().Quit();
+            ++cerradas;
             return VarianteCom();
         });
     }
@@ -141,6 +145,8 @@ double ahora() {
 }
 
 }  // namespace
+
+int64_t aplicacionesCerradas() { return cerradas; }
 
 IDispatch* nuevaAplicacion() {
     auto mundo = std::make_shared<Mundo>();

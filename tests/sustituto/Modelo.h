@@ -11,4 +11,7 @@ namespace bn::sustituto {
 /// ordered to be absent.
 IDispatch* nuevaAplicacion();
 
+/// How many applications have been told to quit.
+int64_t aplicacionesCerradas();
+
 }  // namespace bn::sustituto

@@ -96,7 +96,7 @@ class ObjetoSustituto : public IDispatch {
 template <class T>
 T& exigirObjeto(const VARIANT& argumento) {
     auto* objeto = V_VT(&argumento) == VT_DISPATCH ? V_DISPATCH(&argumento) : nullptr;
-    // The server and its client share the thread: there is no proxy between them.
+    // An object of the server that comes back to it comes without a proxy.
     auto* nuestro = dynamic_cast<T*>(objeto);
     if (!nuestro) throw Rechazo{DISP_E_TYPEMISMATCH};
     return *nuestro;

@@ -7,31 +7,20 @@ readers agree. Each reader compares the edited workbook with its own view of the
 A reader that is not installed is skipped, or is an error when BN_EXIGIR_LECTORES is set.
 """
 import glob
-import json
 import os
 import shutil
-import subprocess
 import sys
 import tempfile
 import unittest
 
-AQUI = os.path.dirname(os.path.abspath(__file__))
-MUESTRAS = os.path.join(AQUI, '..', 'muestras')
-PYTHON = '/usr/bin/python3'
-JARS = ['/usr/share/java/%s.jar' % jar for jar in (
-    'poi', 'commons-collections4', 'commons-codec', 'commons-math3', 'commons-compress')]
+import lectores
+from lectores import ejecutar
+
+MUESTRAS = os.path.join(lectores.AQUI, '..', 'muestras')
 EDITOR = None
 RECHAZADAS = {'s4c_biff5_book', 's5b_encrypted'}
 DESDE_1904 = {'s6_handmade'}  # counts its days from 1904
 DIAS_HASTA_1904 = 1462
-
-
-def ejecutar(*orden, **otros):
-    return subprocess.run(orden, stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=300, **otros)
-
-
-def tiene(modulo):
-    return ejecutar(PYTHON, '-c', 'import ' + modulo).returncode == 0
 
 
 def numero(texto):
@@ -81,11 +70,13 @@ class Puerta(unittest.TestCase):
     def tearDownClass(cls):
         shutil.rmtree(cls.carpeta)
 
-    def exigir(self, instalado, que):
-        if not instalado:
+    def ver_con(self, lector):
+        """What an independent reader sees, one view for each workbook."""
+        if not lector.instalado():
             if os.environ.get('BN_EXIGIR_LECTORES'):
-                self.fail(que + ' is not installed')
-            self.skipTest(que + ' is not installed')
+                self.fail(lector.paquetes + ': not installed')
+            self.skipTest(lector.paquetes + ': not installed')
+        return lector.ver(self.rutas())
 
     def rutas(self):
         return [ruta for caso in self.casos.values() for ruta in caso[:3]] + [self.nuevo]
@@ -120,13 +111,12 @@ class Puerta(unittest.TestCase):
 
     def test_linter_finds_no_error(self):
         salidas = [ruta for ruta in self.rutas() if ruta.startswith(self.carpeta)]
-        salida = ejecutar(sys.executable, os.path.join(AQUI, 'xlsdump.py'), '-q', *salidas)
+        salida = lectores.examinar(salidas)
         self.assertEqual(salida.returncode, 0, salida.stdout.decode('utf-8'))
         self.assertEqual(salida.stdout.count(b': OK ('), len(salidas))
 
     def test_linter_finds_no_warning_in_a_new_workbook(self):
-        salida = ejecutar(sys.executable, os.path.join(AQUI, 'xlsdump.py'), '-q', self.nuevo)
-        self.assertIn(b'(0 errors, 0 warnings)', salida.stdout)
+        self.assertIn(b'(0 errors, 0 warnings)', lectores.examinar([self.nuevo]).stdout)
 
     def test_older_and_encrypted_workbooks_are_refused(self):
         for nombre in RECHAZADAS:
@@ -134,40 +124,13 @@ class Puerta(unittest.TestCase):
             self.assertEqual(salida.returncode, 3, nombre)
 
     def test_xlrd_agrees(self):
-        self.exigir(tiene('xlrd'), 'python3-xlrd')
-        salida = ejecutar(PYTHON, os.path.join(AQUI, 'volcar_xlrd.py'), *self.rutas())
-        vistas = [json.loads(linea) for linea in salida.stdout.splitlines()]
-        self.comparar('xlrd', vistas, lambda celda: celda[0], 6)
+        self.comparar('xlrd', self.ver_con(lectores.XLRD), lambda celda: celda[0], 6)
 
     def test_poi_agrees(self):
-        self.exigir(all(map(os.path.exists, JARS)) and shutil.which('javac'), 'libapache-poi-java')
-        clases = os.path.join(self.carpeta, 'clases')
-        javac = ejecutar('javac', '-cp', ':'.join(JARS), '-d', clases, os.path.join(AQUI, 'VolcarPoi.java'))
-        self.assertEqual(javac.returncode, 0, javac.stderr.decode('utf-8'))
-        salida = ejecutar('java', '-XX:TieredStopAtLevel=1', '-cp', ':'.join(JARS + [clases]),
-                          'VolcarPoi', *self.rutas())
-        vistas = []
-        for linea in salida.stdout.decode('utf-8').splitlines():
-            partes = linea.split('\t')
-            if partes[0] == 'FICHERO':
-                vistas.append({'celdas': {}, 'nombres': [], 'aspecto': []})
-            elif partes[0] == 'CELDA':
-                vistas[-1]['celdas']['\t'.join(partes[1:4])] = partes[4:]
-            elif partes[0] == 'NOMBRE':
-                vistas[-1]['nombres'].append(partes[1:])
-            elif partes[0] == 'COMBINADA':
-                vistas[-1]['aspecto'].append(partes[1:])
-            else:
-                vistas[-1]['error'] = linea
-        self.comparar('Apache POI', vistas, lambda celda: celda[0], 5)
+        self.comparar('Apache POI', self.ver_con(lectores.POI), lambda celda: celda[0], 5)
 
     def test_libreoffice_agrees(self):
-        self.exigir(os.path.exists('/usr/lib/libreoffice/program/soffice.bin') and tiene('uno'),
-                    'libreoffice-calc-nogui and python3-uno')
-        salida = ejecutar(PYTHON, os.path.join(AQUI, 'volcar_lo.py'), *self.rutas())
-        vistas = [json.loads(linea) for linea in salida.stdout.splitlines()]
-        self.assertEqual(len(vistas), len(self.rutas()), salida.stderr.decode('utf-8'))
-        self.comparar('LibreOffice', vistas, lambda celda: celda[0], 8)
+        self.comparar('LibreOffice', self.ver_con(lectores.LIBREOFFICE), lambda celda: celda[0], 8)
 
 
 if __name__ == '__main__':

@@ -28,6 +28,12 @@ def de_wine(ruta):
     return "Z:" + str(ruta).replace("/", "\\")
 
 
+def procesos_de(nombre):
+    """The command lines, of whatever runs on the machine, that name a file or a folder."""
+    ordenes = (banco.contenido(p) for p in pathlib.Path("/proc").glob("[0-9]*/cmdline"))
+    return [orden for orden in ordenes if os.fsencode(nombre) in orden]
+
+
 class BancoWindows(banco.Banco):
     """The bench, with Wine between the program and the machine."""
 
@@ -37,6 +43,7 @@ class BancoWindows(banco.Banco):
         self.almacen = self.programa / "bnGuardo.txt"
         self.exe = self.programa / "bnDX5.exe"
         self.texto = self.carpeta / "Pesadas de la báscula ñ.txt"
+        self.variables = {}  # of the environment, for the program and what it starts
         self._pantalla = os.environ["DISPLAY"]
         self.programa.mkdir()
         shutil.copy2(self.construccion / "bnDX5.exe", self.exe)
@@ -52,7 +59,7 @@ class BancoWindows(banco.Banco):
 
     def entorno(self):
         # Wine's display goes through its own windows; its usual font engine finds no glyphs.
-        return dict(os.environ, QT_QPA_PLATFORM="windows:fontengine=freetype")
+        return dict(os.environ, QT_QPA_PLATFORM="windows:fontengine=freetype", **self.variables)
 
     def wine(self, *orden):
         """Runs a program of Wine's own; whether it ended well."""
@@ -61,10 +68,12 @@ class BancoWindows(banco.Banco):
             ["wine", *orden], env=self.entorno(), stdout=mudo, stderr=mudo, timeout=60, check=False
         ).returncode == 0
 
-    def configurar_com(self, *mas):
+    def configurar_com(self, excel=None):
+        """Writes bnDX5.ini: the text destination, and the worksheet when its keys are given."""
         lineas = ["[General]", "Canal=5", "Param=9600,N,8,1", "Autom=1;False", "[Excel]"]
-        lineas += ["Uso=False", "Motor=ninguno", "[Texto]", "Uso=True"]
-        lineas += [f"Destino={de_wine(self.texto)}", *mas]
+        hoja = {"Uso": "False", "Motor": "ninguno"} if excel is None else excel
+        lineas += [f"{clave}={valor}" for clave, valor in hoja.items()]
+        lineas += ["[Texto]", "Uso=True", f"Destino={de_wine(self.texto)}"]
         ini = "".join(una + "\r\n" for una in lineas)
         (self.programa / "bnDX5.ini").write_bytes(ini.encode("utf-8"))
 
@@ -110,11 +119,12 @@ class BancoWindows(banco.Banco):
 
     def restos(self):
         """The processes that run the program's file."""
-        ordenes = (banco.contenido(p) for p in pathlib.Path("/proc").glob("[0-9]*/cmdline"))
-        return [orden for orden in ordenes if os.fsencode(self.programa.name) in orden]
+        return procesos_de(self.programa.name)
 
 
-class ProgramaWindows(unittest.TestCase):
+class PruebaConWindows(unittest.TestCase):
+    """A test with a bench of its own."""
+
     construccion = "build/windows"
     maxDiff = 4000
 
@@ -131,6 +141,8 @@ class ProgramaWindows(unittest.TestCase):
         self.assertEqual(programa.wait(30), 0)
         self.assertEqual(self.banco.restos(), [])
 
+
+class ProgramaWindows(PruebaConWindows):
     def test_a_download_over_a_com_port_reaches_the_text_file_byte_for_byte(self):
         self.banco.configurar_com()
         simulador = self.banco.simular("--pesadas", 40, "--salir", "--averia-control", "5")
@@ -167,7 +179,12 @@ class ProgramaWindows(unittest.TestCase):
         self.cerrar(primero)
 
 
-if __name__ == "__main__":
+def ejecutar():
+    """Runs the tests of the calling script: first argument, the build folder."""
     if len(sys.argv) > 1 and not sys.argv[1].startswith("-"):
-        ProgramaWindows.construccion = sys.argv.pop(1)
+        PruebaConWindows.construccion = sys.argv.pop(1)
     unittest.main(verbosity=2)
+
+
+if __name__ == "__main__":
+    ejecutar()
