@@ -41,22 +41,24 @@ Diario::Diario() : archivo_(variable(kVariableDiario)) {
     }
 }
 
-bool Diario::ausente() const {
+bool Diario::tiene(const char* palabra) const {
     return std::any_of(ordenes_.begin(), ordenes_.end(),
-                       [](const Orden& orden) { return orden.que == "ausente"; });
+                       [&](const Orden& orden) { return orden.que == palabra; });
 }
 
 HRESULT Diario::llamada(const std::string& miembro) {
     const std::string numero = std::to_string(++llamadas_);
     for (Orden& orden : ordenes_) {
         if (orden.llamada != numero && orden.llamada != miembro) continue;
+        int64_t* quedan = orden.veces ? &*orden.veces : nullptr;
         if (orden.que != "ocupado") {
+            if (quedan && --*quedan != 0) continue;
             muda_ = orden.que == "muda";
             return DISP_E_EXCEPTION;
         }
-        if (orden.veces-- > 0) {
+        if (quedan && (*quedan)-- > 0) {
             --llamadas_;  // it will be made again
-            return negativa(orden.veces);
+            return negativa(*quedan);
         }
     }
     return S_OK;

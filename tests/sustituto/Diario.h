@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,10 +17,11 @@ inline constexpr const wchar_t* kVariableDiario = L"BN_SUSTITUTO_DIARIO";
 /// What is to go wrong, in words separated by blanks:
 ///   ausente          the application cannot be started
 ///   ocupado=CALL,N   the application is busy for that call N times
-///   falla=CALL       that call fails, with a description
+///   falla=CALL       that call fails, with a description; falla=CALL,N only the N-th time
 ///   muda=CALL        that call fails without one
+///   sinmatriz        the contents of more than one cell are given as nothing, not as an array
 /// CALL is the call's number, from 1, or a member as "Workbooks.Open"; "Range.FormulaR1C1=" when
-/// it is set.
+/// it is set, "?Workbooks.Open" when its identifier is asked for.
 inline constexpr const wchar_t* kVariableOrdenes = L"BN_SUSTITUTO_ORDENES";
 
 /// The log of the calls to one application, and what was ordered to go wrong.
@@ -27,7 +29,8 @@ class Diario {
  public:
     Diario();
 
-    bool ausente() const;
+    bool ausente() const { return tiene("ausente"); }
+    bool sinMatriz() const { return tiene("sinmatriz"); }
     /// Numbers the next call. S_OK, or how it is to fail. miembro as "Workbooks.Open".
     HRESULT llamada(const std::string& miembro);
     /// True when the last failing call is to say nothing of why.
@@ -35,10 +38,12 @@ class Diario {
     void anotar(const std::string& linea) const;
 
  private:
+    bool tiene(const char* palabra) const;
+
     struct Orden {
         std::string que;
         std::string llamada;
-        int64_t veces = 1;
+        std::optional<int64_t> veces;
     };
 
     std::wstring archivo_;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/sustituto/Fabrica.h"
 
+#include <array>
+
 #include "tests/sustituto/Modelo.h"
 #include "tests/sustituto/ObjetoSustituto.h"
 
@@ -8,7 +10,6 @@ namespace bn::sustituto {
 
 namespace {
 
-constexpr const wchar_t* kTextoClase = L"{00024500-0000-0000-C000-000000000046}";
 constexpr const wchar_t* kIdentificador = L"Excel.Application";
 
 /// Never destroyed: the class object has nothing to lose.
@@ -36,7 +37,11 @@ class Fabrica final : public IClassFactory {
     HRESULT STDMETHODCALLTYPE LockServer(BOOL /*cerrar*/) override { return S_OK; }
 };
 
-std::wstring claveDeClase() { return std::wstring(L"CLSID\\") + kTextoClase; }
+std::wstring textoDe(const CLSID& clase) {
+    std::array<wchar_t, 40> texto{};
+    StringFromGUID2(clase, texto.data(), static_cast<int>(texto.size()));
+    return texto.data();
+}
 
 bool escribirClave(const std::wstring& resto, const wchar_t* nombre, const std::wstring& valor) {
     const auto bytes = static_cast<DWORD>((valor.size() + 1) * sizeof(wchar_t));
@@ -51,17 +56,19 @@ IClassFactory* fabrica() {
     return &unica;
 }
 
-bool registrar(const wchar_t* tipo, const std::wstring& archivo) {
-    const std::wstring clase = claveDeClase();
-    const std::wstring servidor = clase + L"\\" + tipo;
+bool registrar(const CLSID& clase, const wchar_t* tipo, const std::wstring& archivo) {
+    const std::wstring clave = L"CLSID\\" + textoDe(clase);
+    const std::wstring servidor = clave + L"\\" + tipo;
     return escribirClave(servidor, nullptr, archivo) &&
            escribirClave(servidor, L"ThreadingModel", L"Apartment") &&
-           escribirClave(clase + L"\\ProgID", nullptr, kIdentificador) &&
-           escribirClave(std::wstring(kIdentificador) + L"\\CLSID", nullptr, kTextoClase);
+           escribirClave(clave + L"\\ProgID", nullptr, kIdentificador) &&
+           escribirClave(std::wstring(kIdentificador) + L"\\CLSID", nullptr, textoDe(clase));
 }
 
 void borrarRegistro() {
-    RegDeleteTreeW(HKEY_CLASSES_ROOT, claveDeClase().c_str());
+    for (const CLSID& clase : {kClase, kClaseCompatible}) {
+        RegDeleteTreeW(HKEY_CLASSES_ROOT, (L"CLSID\\" + textoDe(clase)).c_str());
+    }
     RegDeleteTreeW(HKEY_CLASSES_ROOT, kIdentificador);
 }
 

@@ -95,6 +95,9 @@ HRESULT ObjetoSustituto::GetIDsOfNames(REFIID iid, LPOLESTR* nombres, UINT cuant
         identificadores[i] = DISPID_UNKNOWN;
     }
     mundo_->diario.anotar(linea);
+    const HRESULT orden =
+        mundo_->diario.llamada("?" + clase_ + "." + excel::com::deAncho(nombres[0]));
+    if (orden != S_OK) return orden == DISP_E_EXCEPTION ? E_FAIL : orden;
     if (iid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
     if (idioma != kIngles) return DISP_E_UNKNOWNLCID;
     const auto miembro =

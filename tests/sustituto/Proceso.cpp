@@ -52,7 +52,7 @@ int servir() {
 bool registrarse() {
     std::array<wchar_t, MAX_PATH> ruta{};
     GetModuleFileNameW(nullptr, ruta.data(), static_cast<DWORD>(ruta.size()));
-    return registrar(L"LocalServer32", L"\"" + std::wstring(ruta.data()) + L"\"");
+    return registrar(kClase, L"LocalServer32", L"\"" + std::wstring(ruta.data()) + L"\"");
 }
 
 }  // namespace

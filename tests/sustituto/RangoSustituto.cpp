@@ -96,6 +96,7 @@ void RangoSustituto::declararFormatos() {
 
 VarianteCom RangoSustituto::leer() const {
     if (area_.celdas() == 1) return VarianteCom(motor_->FormulaR1C1());
+    if (mundo()->diario.sinMatriz()) return {};
     std::array<SAFEARRAYBOUND, 2> limites{
         {{static_cast<ULONG>(area_.filas()), 1}, {static_cast<ULONG>(area_.columnas()), 1}}};
     VarianteCom matriz = VarianteCom::deMatriz(SafeArrayCreate(VT_VARIANT, 2, limites.data()));

@@ -11,6 +11,12 @@ namespace {
 
 HMODULE modulo = nullptr;
 
+HRESULT registrarEstaBiblioteca(const CLSID& clase) {
+    std::array<wchar_t, MAX_PATH> ruta{};
+    GetModuleFileNameW(modulo, ruta.data(), static_cast<DWORD>(ruta.size()));
+    return bn::sustituto::registrar(clase, L"InprocServer32", ruta.data()) ? S_OK : E_FAIL;
+}
+
 }  // namespace
 
 extern "C" {
@@ -22,7 +28,8 @@ BOOL WINAPI DllMain(HINSTANCE instancia, DWORD motivo, LPVOID /*reservado*/) {
 
 HRESULT WINAPI DllGetClassObject(REFCLSID clase, REFIID iid, void** objeto) {
     *objeto = nullptr;
-    if (clase != bn::sustituto::kClase) return CLASS_E_CLASSNOTAVAILABLE;
+    const bool nuestra = clase == bn::sustituto::kClase || clase == bn::sustituto::kClaseCompatible;
+    if (!nuestra) return CLASS_E_CLASSNOTAVAILABLE;
     return bn::sustituto::fabrica()->QueryInterface(iid, objeto);
 }
 
@@ -32,10 +39,10 @@ HRESULT WINAPI DllCanUnloadNow() {
     return libre ? S_OK : S_FALSE;
 }
 
-HRESULT WINAPI DllRegisterServer() {
-    std::array<wchar_t, MAX_PATH> ruta{};
-    GetModuleFileNameW(modulo, ruta.data(), static_cast<DWORD>(ruta.size()));
-    return bn::sustituto::registrar(L"InprocServer32", ruta.data()) ? S_OK : E_FAIL;
+HRESULT WINAPI DllRegisterServer() { return registrarEstaBiblioteca(bn::sustituto::kClase); }
+
+HRESULT WINAPI DllRegistrarCompatible() {
+    return registrarEstaBiblioteca(bn::sustituto::kClaseCompatible);
 }
 
 HRESULT WINAPI DllUnregisterServer() {

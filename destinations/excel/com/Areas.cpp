@@ -9,8 +9,8 @@ namespace {
 
 constexpr int32_t kFilasDeHoja = 1048576;
 constexpr int32_t kColumnasDeHoja = 16384;
-// Versions of old refused more than 5461 values in one array.
-constexpr int64_t kCeldasPorBloque = 4096;
+// Large enough for a pass of thousands of weighings in a few blocks, and no megabytes in one call.
+constexpr int64_t kCeldasPorBloque = 16384;
 // Versions up to 2003 refuse an array that holds a text above 911 characters (fewer, in bytes).
 constexpr std::size_t kTextoLargo = 911;
 

@@ -53,6 +53,7 @@ VarianteCom Despacho::invocar(DISPID miembro, WORD forma, DISPPARAMS parametros)
         return excepcion.causa(codigo);
     });
     if (FAILED(codigo)) excepcion.lanzar(codigo);
+    sesion_->haAtendido();
     return resultado;
 }
 
@@ -102,9 +103,10 @@ std::vector<Despacho> Despacho::enumerar(const wchar_t* claseDelObjeto) const {
         V_VT(&coleccion.crudo()) == VT_UNKNOWN || V_VT(&coleccion.crudo()) == VT_DISPATCH;
     if (!esObjeto || !V_UNKNOWN(&coleccion.crudo())) lanzarError(E_NOINTERFACE);
     ComPtr<IEnumVARIANT> enumerador;
-    exigirExito(
-        V_UNKNOWN(&coleccion.crudo())
-            ->QueryInterface(IID_IEnumVARIANT, reinterpret_cast<void**>(enumerador.recibir())));
+    exigirExito(sesion_->insistir([&] {
+        return V_UNKNOWN(&coleccion.crudo())
+            ->QueryInterface(IID_IEnumVARIANT, reinterpret_cast<void**>(enumerador.recibir()));
+    }));
     std::vector<Despacho> objetos;
     for (;;) {
         VarianteCom elemento;

@@ -64,9 +64,7 @@ HRESULT Excepcion::causa(HRESULT codigo) {
 void Excepcion::lanzar(HRESULT codigo) {
     const HRESULT fallo = causa(codigo);
     const UINT largo = SysStringLen(datos_.bstrDescription);
-    if (codigo == DISP_E_EXCEPTION && largo > 0) {
-        throw ErrorExcel(deAncho({datos_.bstrDescription, largo}));
-    }
+    if (largo > 0) throw ErrorExcel(deAncho({datos_.bstrDescription, largo}));
     lanzarError(fallo);
 }
 

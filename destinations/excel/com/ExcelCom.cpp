@@ -39,8 +39,7 @@ class AplicacionCom final : public ObjetoCom<excel::Application> {
     void Quit() override {
         const auto& sesion = objeto().sesion();
         sesion->exigirViva();
-        // What was not saved is dropped: what had not even been written goes with it.
-        sesion->olvidar();
+        // What was not saved is dropped: what has not even been written is not written for it.
         objeto().llamar(miembro::kQuit);
         sesion->terminar();
     }
@@ -59,14 +58,19 @@ class AplicacionCom final : public ObjetoCom<excel::Application> {
         } catch (const ErrorExcel&) {
             return;  // the usual road: it has been quit
         }
-        sesion->olvidar();
-        try {
-            objeto().poner(miembro::kDisplayAlerts, argumento(false));
-            objeto().llamar(miembro::kQuit);
-        } catch (const std::exception&) {
-            // Nobody is left to tell it to, and releasing the last reference ends it as well.
-        }
+        // Nobody is left to tell a failure to, and the second step is worth trying without the
+        // first.
+        intentar([this] { objeto().poner(miembro::kDisplayAlerts, argumento(false)); });
+        intentar([this] { objeto().llamar(miembro::kQuit); });
         sesion->terminar();
+    }
+    template <class Paso>
+    static void intentar(const Paso& paso) noexcept {
+        try {
+            paso();
+        } catch (const std::exception&) {
+            return;
+        }
     }
 };
 

@@ -73,12 +73,7 @@ void HojaCom::PrintOut(int32_t copies, bool collate) {
 
 void HojaCom::PrintPreview() { com().llamar(miembro::kPrintPreview); }
 
-int32_t HojasCom::Count() {
-    const Variante cuantas = com().leer(miembro::kCount).valor();
-    const auto* numero = std::get_if<int32_t>(&cuantas);
-    if (!numero) lanzarError(DISP_E_TYPEMISMATCH);
-    return *numero;
-}
+int32_t HojasCom::Count() { return com().leer(miembro::kCount).entero(); }
 
 std::unique_ptr<excel::Worksheet> HojasCom::Item(int32_t indice) {
     return std::make_unique<HojaCom>(

@@ -16,13 +16,15 @@ namespace {
 // A worksheet of the ".xls" kind ends at column 256: a strip never crosses it.
 constexpr int32_t kColumnasDeTira = 16;
 constexpr int64_t kPrimerasFilas = 64;
-constexpr int64_t kCrecimiento = 8;
+constexpr int64_t kCrecimiento = 32;
 constexpr int64_t kCeldasPorLectura = 262144;
 // The program counts rows in 16 bits, and a ".xls" sheet has no more than twice as many.
 constexpr int64_t kUltimaFila = 32767;
+// "ZZ", the last one that the settings can name.
+constexpr int32_t kUltimaColumna = 702;
 constexpr std::size_t kBloquesGuardados = 32;
 // A pass whose columns are far apart makes one block for each: few, then, and large.
-constexpr std::size_t kCeldasEnCola = 32768;
+constexpr std::size_t kCeldasEnCola = 65536;
 
 VarianteCom enMatriz(const CeldasEnCola& cola, const Area& area) {
     std::array<SAFEARRAYBOUND, 2> limites{
@@ -63,7 +65,7 @@ Variante HojaEnBloques::leer(PosicionDeCelda celda) {
     const auto& sesion = hoja_.sesion();
     sesion->exigirViva();
     // Another object of the same sheet may have written the cell.
-    if (cola_.contains(celda) || cola_.empty()) sesion->vaciar();
+    if (capas_.empty() || capas_.front().contains(celda)) sesion->vaciar();
     olvidarSiCambio();
     const auto [lugar, nueva] = tiras_.try_emplace((celda.columna - 1) / kColumnasDeTira);
     Tira& tira = lugar->second;
@@ -93,8 +95,10 @@ void HojaEnBloques::olvidarSiCambio() {
 /// whole strip, for others of it will follow.
 Area HojaEnBloques::vecindad(PosicionDeCelda celda, const Tira& tira, bool yaPedida) {
     const int32_t primera = celda.columna - (celda.columna - 1) % kColumnasDeTira;
-    Area area{{celda.fila, primera}, {celda.fila, primera + kColumnasDeTira - 1}};
-    int64_t filas = kPrimerasFilas;
+    const int32_t ultimaDeTodas = std::max(celda.columna, kUltimaColumna);
+    Area area{{celda.fila, primera},
+              {celda.fila, std::min(primera + kColumnasDeTira - 1, ultimaDeTodas)}};
+    int64_t filas = std::min(tira.filas, kCeldasPorLectura / area.columnas());
     if (yaPedida) {
         area.desde.columna = primera + std::countr_zero(tira.pedidas);
         area.hasta.columna = primera + std::bit_width(tira.pedidas) - 1;
@@ -104,12 +108,21 @@ Area HojaEnBloques::vecindad(PosicionDeCelda celda, const Tira& tira, bool yaPed
     return area;
 }
 
-/// Reads an area, or what of it comes to an end at the cell, and keeps it.
+VarianteCom HojaEnBloques::contenidoDe(const Area& area) const {
+    const Variante texto = referencia(area);
+    return hoja_.objeto(miembro::kRange, clase::kRango, {VarianteCom(texto)})
+        .leer(miembro::kFormulaR1C1);
+}
+
+/// Reads an area that begins at the cell's row, and keeps it.
 const HojaEnBloques::Bloque& HojaEnBloques::traer(Area area, PosicionDeCelda celda) {
     area.hasta.fila = std::max(area.hasta.fila, celda.fila);
-    const Variante texto = referencia(area);
-    VarianteCom contenido = hoja_.objeto(miembro::kRange, clase::kRango, {VarianteCom(texto)})
-                                .leer(miembro::kFormulaR1C1);
+    VarianteCom contenido = contenidoDe(area);
+    if (!contenido.matriz() && area.celdas() > 1) {
+        // One value for many cells says nothing of this one.
+        area = {celda, celda};
+        contenido = contenidoDe(area);
+    }
     if (bloques_.size() == kBloquesGuardados) bloques_.erase(bloques_.begin());
     return bloques_.emplace_back(Bloque{area, std::move(contenido)});
 }
@@ -117,20 +130,27 @@ const HojaEnBloques::Bloque& HojaEnBloques::traer(Area area, PosicionDeCelda cel
 void HojaEnBloques::escribir(PosicionDeCelda celda, const Variante& valor) {
     const auto& sesion = hoja_.sesion();
     sesion->exigirViva();
-    // The first value may leave something behind (a date, its format): it is not to be skipped.
-    if (cola_.contains(celda) || cola_.size() >= kCeldasEnCola) sesion->vaciar();
+    if (enCola_ >= kCeldasEnCola) sesion->vaciar();
     sesion->dejarPendiente(shared_from_this());
-    cola_.emplace(celda, valor);
+    // A first value may leave something behind (a date, its format): it is not to be skipped.
+    auto capa = std::find_if(capas_.begin(), capas_.end(),
+                             [&](const CeldasEnCola& una) { return !una.contains(celda); });
+    if (capa == capas_.end()) capa = capas_.emplace(capa);
+    capa->emplace(celda, valor);
+    ++enCola_;
 }
 
 void HojaEnBloques::vaciar() {
-    for (const Area& area : rectangulos(cola_)) escribirArea(area);
-    cola_.clear();
+    for (const CeldasEnCola& capa : capas_) {
+        for (const Area& area : rectangulos(capa)) escribirArea(area, capa);
+    }
+    capas_.clear();
+    enCola_ = 0;
 }
 
-void HojaEnBloques::escribirArea(const Area& area) const {
+void HojaEnBloques::escribirArea(const Area& area, const CeldasEnCola& cola) const {
     const bool sola = area.desde == area.hasta;
-    const VarianteCom valor = sola ? VarianteCom(cola_.at(area.desde)) : enMatriz(cola_, area);
+    const VarianteCom valor = sola ? VarianteCom(cola.at(area.desde)) : enMatriz(cola, area);
     const Variante texto = referencia(area);
     hoja_.objeto(miembro::kRange, clase::kRango, {VarianteCom(texto)})
         .poner(miembro::kFormulaR1C1, valor);

@@ -44,10 +44,13 @@ class HojaEnBloques : public Pendiente, public std::enable_shared_from_this<Hoja
     void olvidarSiCambio();
     static Area vecindad(PosicionDeCelda celda, const Tira& tira, bool yaPedida);
     const Bloque& traer(Area area, PosicionDeCelda celda);
-    void escribirArea(const Area& area) const;
+    VarianteCom contenidoDe(const Area& area) const;
+    void escribirArea(const Area& area, const CeldasEnCola& cola) const;
 
     Despacho hoja_;
-    CeldasEnCola cola_;
+    /// What is to be written, in this order: a cell that is set again stands in the next layer.
+    std::vector<CeldasEnCola> capas_;
+    std::size_t enCola_ = 0;
     std::vector<Bloque> bloques_;
     std::map<int32_t, Tira> tiras_;
     uint64_t epoca_ = 0;

@@ -39,16 +39,18 @@ void Sesion::vaciar() {
 
 void Sesion::terminar() {
     viva_ = false;
-    olvidar();
+    pendiente_.reset();
 }
 
-HRESULT Sesion::insistir(const std::function<HRESULT()>& llamada) const {
+HRESULT Sesion::insistir(const std::function<HRESULT()>& llamada) {
     using Reloj = std::chrono::steady_clock;
     const Reloj::time_point fin = Reloj::now() + paciencia_.limite;
     for (std::chrono::milliseconds pausa = paciencia_.pausaMinima;;
          pausa = std::min(pausa * 2, paciencia_.pausaMaxima)) {
         const HRESULT resultado = llamada();
-        if (!estaOcupada(resultado) || Reloj::now() + pausa > fin) return resultado;
+        if (!estaOcupada(resultado)) return resultado;
+        impaciente_ = impaciente_ || Reloj::now() + pausa > fin;
+        if (impaciente_) return resultado;
         std::this_thread::sleep_for(pausa);
     }
 }

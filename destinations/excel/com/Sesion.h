@@ -50,16 +50,18 @@ class Sesion {
     void dejarPendiente(const std::shared_ptr<Pendiente>& pendiente);
     /// Tells the application what is pending.
     void vaciar();
-    /// What is pending is dropped.
-    void olvidar() { pendiente_.reset(); }
     /// The application has ended, and with it what was pending.
     void terminar();
 
     /// Grows whenever cells may have changed.
     uint64_t epoca() const { return epoca_; }
 
-    /// Calls again while the application is busy, up to the limit; the last result.
-    HRESULT insistir(const std::function<HRESULT()>& llamada) const;
+    /// Calls again while the application is busy, up to the limit; the last result. Once the limit
+    /// has been reached nothing is called twice, until a member has been attended: an application
+    /// that stays busy must not take the limit for every call of a road.
+    HRESULT insistir(const std::function<HRESULT()>& llamada);
+    /// To be called when a member has been attended.
+    void haAtendido() { impaciente_ = false; }
 
     /// Identifiers of a member and its arguments, asked once for each kind of object.
     std::map<std::wstring, std::vector<DISPID>>& identificadores() { return identificadores_; }
@@ -70,6 +72,7 @@ class Sesion {
     std::map<std::wstring, std::vector<DISPID>> identificadores_;
     std::shared_ptr<Pendiente> pendiente_;
     uint64_t epoca_ = 0;
+    bool impaciente_ = false;
     bool viva_ = true;
 };
 

@@ -120,6 +120,12 @@ VarianteCom VarianteCom::deMatriz(SAFEARRAY* matriz) {
 
 Variante VarianteCom::valor() const { return valorDe(crudo_); }
 
+int32_t VarianteCom::entero() const {
+    VarianteCom convertida;
+    exigirExito(VariantChangeTypeEx(convertida.recibir(), comoOrigen(crudo_), kIngles, 0, VT_I4));
+    return V_I4(&convertida.crudo_);
+}
+
 ComPtr<IDispatch> VarianteCom::objeto() const {
     ComPtr<IDispatch> objeto;
     const bool esObjeto = V_VT(&crudo_) == VT_DISPATCH || V_VT(&crudo_) == VT_UNKNOWN;

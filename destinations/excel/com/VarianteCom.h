@@ -33,6 +33,8 @@ class VarianteCom {
     /// The value; monostate for nothing. What the program has no type for comes as text or number
     /// in English notation. Throws ErrorExcel for an object or an array.
     Variante valor() const;
+    /// A number of whatever type, as an integer. Throws ErrorExcel for anything else.
+    int32_t entero() const;
     /// The object held; throws ErrorExcel when it is none.
     ComPtr<IDispatch> objeto() const;
     /// The array held; nullptr when it is none of VARIANT.

@@ -2,6 +2,9 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <chrono>
+#include <functional>
+#include <map>
 
 #include "tests/destinations/com/ConSustituto.h"
 
@@ -55,6 +58,30 @@ TEST_F(AveriasDeExcel, ABusyApplicationIsNotAskedForEver) {
     EXPECT_EQ(lineas.back(), "Application: fin");
 }
 
+TEST_F(AveriasDeExcel, ABusyApplicationIsAskedAgainForTheIdentifiersToo) {
+    ordenar("ocupado=?Workbooks.Open,4 ocupado=?Application.Quit,2");
+    EXPECT_TRUE(leer());
+    excel().Cerrar();
+    EXPECT_THAT(diario(), Contains("Application.Quit"));
+}
+
+TEST_F(AveriasDeExcel, AnApplicationThatStaysBusyTakesThePatienceOnce) {
+    plataforma_.paciencia.limite = std::chrono::milliseconds(400);
+    ordenar(
+        "ocupado=Application.DisplayAlerts=,1000000 ocupado=Application.Workbooks,1000000 "
+        "ocupado=Application.Quit,1000000");
+    const auto comienzo = std::chrono::steady_clock::now();
+    EXPECT_FALSE(leer());
+    EXPECT_LT(std::chrono::steady_clock::now() - comienzo, 2 * plataforma_.paciencia.limite);
+    EXPECT_THAT(diario(), Contains(HasSubstr("Application.Quit")));
+}
+
+TEST_F(AveriasDeExcel, PatienceComesBackWithTheFirstCallThatIsAttended) {
+    ordenar("ocupado=Application.DisplayAlerts=,1000000 ocupado=Workbook.Worksheets,5");
+    EXPECT_TRUE(leer());
+    excel().Cerrar();
+}
+
 TEST_F(AveriasDeExcel, ABusyApplicationLosesNoCell) {
     ordenar("ocupado=Range.FormulaR1C1=,4 ocupado=Workbook.SaveAs,2");
     abrir();
@@ -92,29 +119,131 @@ TEST_F(AveriasDeExcel, AFailedSaveLeavesNoProcessBehind) {
     ordenar("falla=Workbook.SaveAs");
     abrir();
     EXPECT_THROW(excel().Guardar(""), excel::ErrorExcel);
+    diario();
     abrir();
-    EXPECT_THAT(diario(), Contains("Application: fin"));
+    const std::vector<std::string> lineas = diario();
+    ASSERT_GT(lineas.size(), 3U);
+    EXPECT_THAT(std::vector(lineas.begin(), lineas.begin() + 3),
+                ElementsAre("Application.DisplayAlerts = BOOL False", "Application.Quit",
+                            "Application: fin"));
 }
 
-TEST_F(AveriasDeExcel, EveryCallMayFailAndTheApplicationStillEnds) {
-    int fallos = 0;
-    for (int llamada = 1; llamada <= 40; ++llamada) {
-        ordenar("falla=" + std::to_string(llamada));
-        {
-            XCel otra(plataforma_);
-            const std::string mensaje = mensajeDe([&] {
-                otra.AbrirParaEscribir(ruta("Pesadas.xls"), "Otra", false);
+/// The roads that start an application, from the first call to the last.
+class CaminosDeExcel : public AveriasDeExcel {
+ protected:
+    void SetUp() override {
+        AveriasDeExcel::SetUp();
+        const auto escribir = [this](const std::string& libro, const std::string& hoja) {
+            return [this, libro, hoja](XCel& otra) {
+                otra.AbrirParaEscribir(ruta(libro), hoja, false);
                 otra.ValorNombre("bnUltima");
+                otra.Celda(1, 1);
                 otra.Celda(1, 1, std::string("x"));
                 otra.Guardar(ruta("Copia.xls"));
-            });
-            if (mensaje != "no ha fallado") ++fallos;
-        }
-        const std::vector<std::string> lineas = diario();
-        ASSERT_EQ(lineas.back(), "Application: fin") << llamada;
-        ASSERT_THAT(lineas, Contains("Application.Quit")) << llamada;
+            };
+        };
+        const auto leerHoja = [this](const std::string& hoja) {
+            return [this, hoja](XCel& otra) {
+                if (!otra.AbrirParaLeer(ruta("Pesadas.xls"), hoja)) return;
+                otra.ListaDeHojas();
+                otra.Cerrar();
+            };
+        };
+        caminos_ = {
+            {"existente", escribir("Pesadas.xls", "Pesadas")},
+            {"otra hoja", escribir("Pesadas.xls", "Otra")},
+            {"libro nuevo", escribir("Nuevo.xls", "Pesadas")},
+            {"leer", leerHoja("Pesadas")},
+            {"leer la primera", leerHoja("")},
+            {"leer sin hoja", leerHoja("Ausente")},
+            {"plantilla",
+             [this](XCel& otra) {
+                 otra.AbrirPlantilla(ruta("Pesadas.xls"));
+                 otra.Guardar(ruta("Copia.xls"));
+             }},
+            {"hay", [](XCel& otra) { otra.HayExcel(); }},
+        };
     }
-    EXPECT_GT(fallos, 5);
+
+    /// Goes down a road, to its end or to the first error, and releases everything.
+    void recorrer(const std::function<void(XCel&)>& camino) {
+        XCel otra(plataforma_);
+        mensajeDe([&] { camino(otra); });
+    }
+
+    std::map<std::string, std::function<void(XCel&)>> caminos_;
+};
+
+TEST_F(CaminosDeExcel, EveryCallMayFailAndTheApplicationIsStillQuit) {
+    for (const auto& [nombre, camino] : caminos_) {
+        ordenar("");
+        diario();
+        recorrer(camino);
+        const std::size_t llamadas = this->llamadas().size();
+        for (std::size_t llamada = 1; llamada <= llamadas; ++llamada) {
+            ordenar("falla=" + std::to_string(llamada));
+            recorrer(camino);
+            const std::vector<std::string> lineas = diario();
+            ASSERT_THAT(lineas, Contains("Application.Quit")) << nombre << ' ' << llamada;
+            ASSERT_EQ(lineas.back(), "Application: fin") << nombre << ' ' << llamada;
+        }
+    }
+}
+
+TEST_F(CaminosDeExcel, AnyMemberMayFailForEverAndTheApplicationIsStillQuit) {
+    for (const char* miembro :
+         {"Application.DisplayAlerts=", "Application.Workbooks", "Workbooks.Open", "Workbooks.Add",
+          "Workbook.Worksheets", "Sheets._NewEnum", "Sheets.Next", "Sheets.Count", "Sheets.Item",
+          "Sheets.Add", "Worksheet.Name", "Worksheet.Name=", "Worksheet.Range", "Workbook.Names",
+          "Range.FormulaR1C1", "Range.FormulaR1C1=", "Workbook.SaveAs", "Workbook.Close"}) {
+        for (const auto& [nombre, camino] : caminos_) {
+            ordenar(std::string("falla=") + miembro);
+            recorrer(camino);
+            const std::vector<std::string> lineas = diario();
+            ASSERT_THAT(lineas, Contains("Application.Quit")) << nombre << ' ' << miembro;
+            ASSERT_EQ(lineas.back(), "Application: fin") << nombre << ' ' << miembro;
+        }
+    }
+}
+
+TEST_F(AveriasDeExcel, AWorkbookThatCanBeNeitherOpenedNorAddedIsToldOnceAndHoldsNothing) {
+    ordenar("falla=Workbooks.Open falla=Workbooks.Add");
+    abrir();
+    EXPECT_THAT(plataforma_.mensajes, ElementsAre("Fallo pedido en Workbooks.Add (ñ €)"));
+    EXPECT_EQ(diario().back(), "Application: fin");
+    EXPECT_THROW(excel().Celda(1, 1), excel::ErrorExcel);
+}
+
+TEST_F(AveriasDeExcel, ABlockRefusedOnceIsWrittenWithTheOthersBeforeSaving) {
+    ordenar("falla=Range.FormulaR1C1=,2");
+    abrir();
+    excel().Celda(2, 1, std::string("a"));
+    excel().Celda(2, 3, std::string("b"));
+    EXPECT_THROW(excel().NombreHoja(), excel::ErrorExcel);
+    excel().Celda(3, 1, std::string("c"));
+    excel().Guardar("");
+    EXPECT_EQ(leerCelda("Pesadas.xls", 2, 1), Variante(std::string("a")));
+    EXPECT_EQ(leerCelda("Pesadas.xls", 2, 3), Variante(std::string("b")));
+    EXPECT_EQ(leerCelda("Pesadas.xls", 3, 1), Variante(std::string("c")));
+    EXPECT_EQ(leerCelda("Pesadas.xls", 4, 1), Variante(std::string()));
+}
+
+TEST_F(AveriasDeExcel, AFailedQuitLosesNothingOfWhatIsWrittenAfterIt) {
+    ordenar("falla=Application.Quit,1");
+    const auto aplicacion = plataforma_.nuevaAplicacionExcel(false);
+    const auto libro = aplicacion->Workbooks()->Open(ruta("Pesadas.xls"));
+    const auto celda = libro->Worksheets()->Item(1)->Cells()->Item(1, 1);
+    celda->FormulaR1C1(std::string("vieja"));
+    EXPECT_THROW(aplicacion->Quit(), excel::ErrorExcel);
+    celda->FormulaR1C1(std::string("nueva"));
+    EXPECT_EQ(celda->FormulaR1C1(), Variante(std::string("nueva")));
+    aplicacion->Quit();
+}
+
+TEST_F(AveriasDeExcel, AnInstanceIsQuitThoughItsQuestionsCannotBeSwitchedOff) {
+    ordenar("falla=Application.DisplayAlerts=");
+    plataforma_.nuevaAplicacionExcel(false)->Workbooks()->Add();
+    EXPECT_THAT(diario(), Contains("Application.Quit"));
 }
 
 TEST_F(AveriasDeExcel, AnInstanceThatNobodyQuitIsQuitWhenReleased) {

@@ -92,11 +92,24 @@ TEST_F(CeldasDeExcel, ACellSetTwiceIsSetTwice) {
     abrir();
     excel().Celda(1, 1, FechaOle{45000});
     excel().Celda(1, 1, int32_t{3});
-    excel().NombreHoja();
+    EXPECT_EQ(excel().Celda(1, 1), Variante(3.0));
     EXPECT_THAT(diario(),
                 ElementsAre("Worksheet.Range(BSTR \"A1\")", "Range[A1].FormulaR1C1 = DATE 45000",
                             "Worksheet.Range(BSTR \"A1\")", "Range[A1].FormulaR1C1 = I4 3",
-                            "Worksheet.Name"));
+                            "Worksheet.Range(BSTR \"A1:P64\")", "Range[A1:P64].FormulaR1C1"));
+}
+
+TEST_F(CeldasDeExcel, ManyCellsSetTwiceAreStillWrittenInBlocks) {
+    abrir();
+    for (int16_t fila = 1; fila <= 500; ++fila) {
+        excel().Celda(fila, 1, FechaOle{45000});
+        excel().Celda(fila, 2, std::string("x"));
+        excel().Celda(fila, 1, int32_t{fila});
+    }
+    excel().NombreHoja();
+    EXPECT_THAT(diario(), testing::SizeIs(testing::Le(5U)));
+    EXPECT_EQ(excel().Celda(500, 1), Variante(500.0));
+    EXPECT_EQ(excel().Celda(1, 1), Variante(1.0));
 }
 
 TEST_F(CeldasDeExcel, TheQueueIsWrittenBeforeSaving) {
@@ -168,6 +181,21 @@ TEST_F(CeldasDeExcel, TheLastColumnsAreReadWithoutCrossingTheEdge) {
     EXPECT_EQ(texto(excel().Celda(1, 256)), "IV");
     EXPECT_EQ(texto(excel().Celda(2, 256)), "");
     EXPECT_EQ(texto(excel().Celda(32767, 256)), "");
+}
+
+TEST_F(CeldasDeExcel, CellsAreReadOneByOneFromAnApplicationThatGivesNoArray) {
+    ordenar("sinmatriz");
+    abrir({{std::string("a"), std::string("b")}, {std::string("c")}});
+    EXPECT_EQ(texto(excel().Celda(1, 1)), "a");
+    EXPECT_EQ(texto(excel().Celda(1, 2)), "b");
+    EXPECT_EQ(texto(excel().Celda(2, 1)), "c");
+    EXPECT_EQ(texto(excel().Celda(3, 1)), "");
+}
+
+TEST_F(CeldasDeExcel, TheLastColumnsThatCanBeNamedAreReadWithoutGoingBeyond) {
+    abrir();
+    EXPECT_THROW(excel().Celda(1, 702), excel::ErrorExcel) << "this sheet has fewer";
+    EXPECT_THAT(diario(), testing::Contains(testing::HasSubstr("\"ZM1:ZZ64\"")));
 }
 
 TEST_F(CeldasDeExcel, ScatteredReadingGivesWhatSingleCallsWould) {

@@ -41,12 +41,12 @@ std::vector<std::string> lineas(const std::filesystem::path& fichero) {
 
 }  // namespace
 
-void ConSustituto::SetUpTestSuite() {
-    ASSERT_NE(sustituto(), nullptr);
-    ASSERT_EQ(llamar("DllRegisterServer"), S_OK);
-}
+void ConSustituto::alServidor(const char* puerta) { ASSERT_EQ(llamar(puerta), S_OK); }
 
 void ConSustituto::SetUp() {
+    ASSERT_NE(sustituto(), nullptr);
+    alServidor("DllUnregisterServer");
+    alServidor("DllRegisterServer");
     SetEnvironmentVariableW(sustituto::kVariableDiario, (carpeta_ / "diario.txt").c_str());
     ordenar("");
 }

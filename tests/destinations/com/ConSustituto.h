@@ -31,11 +31,13 @@ class PlataformaConSustituto : public PlataformaDePrueba {
 /// its objects behind.
 class ConSustituto : public testing::Test {
  protected:
-    static void SetUpTestSuite();
     void SetUp() override;
     void TearDown() override;
 
     XCel& excel() { return *excel_; }
+
+    /// Knocks at one of the server's doors: registration and its end.
+    static void alServidor(const char* puerta);
 
     /// What is to go wrong with the applications started from now on.
     static void ordenar(const std::string& ordenes);

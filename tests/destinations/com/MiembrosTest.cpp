@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <gmock/gmock.h>
+#include <windows.h>
 
 #include "tests/destinations/com/ConSustituto.h"
 
@@ -29,6 +30,26 @@ TEST_F(MiembrosDeExcel, HayExcelIsFalseWhenNoneCanBeStarted) {
     ordenar("ausente");
     EXPECT_FALSE(excel().HayExcel());
     EXPECT_THAT(plataforma_.mensajes, IsEmpty());
+}
+
+TEST_F(MiembrosDeExcel, HayExcelGoesByTheIdentifierAndOpeningByTheClass) {
+    crearLibro("Pesadas.xls", {});
+    ASSERT_EQ(RegDeleteTreeW(HKEY_CLASSES_ROOT, L"Excel.Application"), ERROR_SUCCESS);
+    EXPECT_FALSE(excel().HayExcel());
+    EXPECT_TRUE(excel().AbrirParaLeer(ruta("Pesadas.xls"), ""));
+    excel().Cerrar();
+}
+
+TEST_F(MiembrosDeExcel, AnApplicationUnderTheIdentifierOpensWithItsOwnClass) {
+    crearLibro("Pesadas.xls", {});
+    alServidor("DllUnregisterServer");
+    EXPECT_FALSE(excel().HayExcel());
+    EXPECT_FALSE(excel().AbrirParaLeer(ruta("Pesadas.xls"), ""));
+    EXPECT_EQ(plataforma_.mensajes.size(), 1U);
+    alServidor("DllRegistrarCompatible");
+    EXPECT_TRUE(excel().HayExcel());
+    EXPECT_TRUE(excel().AbrirParaLeer(ruta("Pesadas.xls"), ""));
+    excel().Cerrar();
 }
 
 TEST_F(MiembrosDeExcel, AMissingWorkbookBecomesANewOneWithTheSheetAlone) {

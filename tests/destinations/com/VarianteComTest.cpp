@@ -75,6 +75,17 @@ TEST(VarianteDeAutomation, AMovedValueLeavesNothingBehind) {
     EXPECT_EQ(origen.valor(), Variante());  // NOLINT(bugprone-use-after-move)
 }
 
+TEST(VarianteDeAutomation, ACountMayComeAsAnyNumber) {
+    VarianteCom corto;
+    VARIANT* crudo = corto.recibir();
+    V_VT(crudo) = VT_I2;
+    V_I2(crudo) = 12;
+    EXPECT_EQ(corto.entero(), 12);
+    EXPECT_EQ(VarianteCom(Variante(int32_t{7})).entero(), 7);
+    EXPECT_EQ(VarianteCom(Variante(3.0)).entero(), 3);
+    EXPECT_THROW(VarianteCom(Variante(std::string("x"))).entero(), ErrorExcel);
+}
+
 TEST(ErroresDeAutomation, TakeTheSystemsWordsOrTheCode) {
     EXPECT_FALSE(textoDelSistema(E_ACCESSDENIED).empty());
     EXPECT_EQ(textoDelSistema(E_ACCESSDENIED).find_first_of("\r\n"), std::string::npos);
@@ -95,6 +106,18 @@ TEST(ErroresDeAutomation, ABusyAnswerInsideAnExceptionIsFound) {
     Excepcion excepcion;
     excepcion.recibir()->scode = static_cast<SCODE>(0x800AC472);
     EXPECT_TRUE(estaOcupada(excepcion.causa(DISP_E_EXCEPTION)));
+}
+
+TEST(ErroresDeAutomation, ADescriptionIsTakenWhateverTheCode) {
+    Excepcion excepcion;
+    excepcion.recibir()->bstrDescription = SysAllocString(L"No se puede");
+    std::string dicho;
+    try {
+        excepcion.lanzar(static_cast<HRESULT>(0x800A03EC));
+    } catch (const ErrorExcel& e) {
+        dicho = e.what();
+    }
+    EXPECT_EQ(dicho, "No se puede");
 }
 
 TEST(ErroresDeAutomation, ATextPutOffIsAskedFor) {

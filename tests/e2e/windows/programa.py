@@ -29,9 +29,18 @@ def de_wine(ruta):
 
 
 def procesos_de(nombre):
-    """The command lines, of whatever runs on the machine, that name a file or a folder."""
-    ordenes = (banco.contenido(p) for p in pathlib.Path("/proc").glob("[0-9]*/cmdline"))
-    return [orden for orden in ordenes if os.fsencode(nombre) in orden]
+    """The command lines, of whatever runs in this Wine, that name a file or a folder."""
+    wine = os.fsencode("WINEPREFIX=" + os.environ["WINEPREFIX"])
+    ordenes = []
+    for proceso in pathlib.Path("/proc").glob("[0-9]*"):
+        try:
+            nuestro = wine in (proceso / "environ").read_bytes().split(b"\0")
+            orden = (proceso / "cmdline").read_bytes()
+        except OSError:
+            continue  # it has ended meanwhile
+        if nuestro and os.fsencode(nombre) in orden:
+            ordenes.append(orden)
+    return ordenes
 
 
 class BancoWindows(banco.Banco):
