@@ -18,6 +18,7 @@ InstallDir "$LOCALAPPDATA\Programs\bnDX5"
 InstallDirRegKey HKCU "${DESINSTALAR}" "InstallLocation"
 RequestExecutionLevel user
 ManifestDPIAware true
+BrandingText "bnDX5 ${VERSION}"
 
 VIProductVersion "${VERSION}.0"
 VIAddVersionKey /LANG=3082 "ProductName" "bnDX5"
@@ -29,7 +30,6 @@ VIAddVersionKey /LANG=3082 "LegalCopyright" "Licencia MIT"
 !define MUI_ICON "${ICONO}"
 !define MUI_UNICON "${ICONO}"
 !define MUI_ABORTWARNING
-!insertmacro MUI_PAGE_LICENSE "${LICENCIA}"
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_INSTFILES
 !define MUI_FINISHPAGE_RUN "$INSTDIR\bnDX5.exe"
