@@ -3,23 +3,25 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
+
+#include "platform/Escritorio.h"
+#include "platform/Ficheros.h"
 
 namespace bn {
 
 UnicaInstancia::UnicaInstancia(const QString& carpeta)
     : llamada_(QDir(carpeta).filePath(QStringLiteral("bnDX5.mostrar"))),
-      cerrojo_(QDir(carpeta).filePath(QStringLiteral("bnDX5.lock"))) {
-    // A lock lives as long as its program, however long that runs.
-    cerrojo_.setStaleLockTime(0);
-}
+      cerrojo_(
+          ficheros::aRuta(QDir(carpeta).filePath(QStringLiteral("bnDX5.lock")).toStdString())) {}
 
 bool UnicaInstancia::esLaPrimera() {
-    if (cerrojo_.tryLock()) {
+    // Anything but a lock that is held (a folder that cannot be written) is no reason not to start.
+    if (cerrojo_.estado() != Cerrojo::Estado::kDeOtro) {
         vigilar();
         return true;
     }
-    // Anything but a lock that is held (a folder that cannot be written) is no reason not to start.
-    if (cerrojo_.error() != QLockFile::LockFailedError) return true;
+    escritorio::cederElFrente();
     QFile llamada(llamada_);
     if (llamada.open(QIODevice::WriteOnly)) llamada.close();
     return false;

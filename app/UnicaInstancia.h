@@ -2,9 +2,9 @@
 #pragma once
 
 #include <QFileSystemWatcher>
-#include <QLockFile>
 #include <QString>
 
+#include "platform/Cerrojo.h"
 #include "platform/Evento.h"
 
 namespace bn {
@@ -24,7 +24,7 @@ class UnicaInstancia {
     void vigilar();
 
     QString llamada_;  // a file that a later start leaves for the first one to find
-    QLockFile cerrojo_;
+    Cerrojo cerrojo_;
     QFileSystemWatcher vigia_;
 };
 

@@ -39,6 +39,10 @@ bool estaEnArranque();
 /// Has the program start, or not, when the user logs on. Throws ErrorFichero.
 void ponerEnArranque(bool activo, const std::filesystem::path& programa);
 
+/// Lets any other program of the user's bring its window to the front: for one that was started by
+/// the user and hands over to another.
+void cederElFrente();
+
 /// The local wall clock at an instant, in days since 30 December 1899, whole seconds.
 double fechaLocal(std::chrono::system_clock::time_point instante);
 /// The local wall clock now, in days since 30 December 1899, whole seconds.

@@ -7,6 +7,7 @@
 #include <asio/post.hpp>
 #include <cstdint>
 #include <mutex>
+#include <optional>
 #include <string_view>
 #include <system_error>
 #include <thread>
@@ -18,7 +19,6 @@ namespace bn {
 namespace {
 
 constexpr int16_t kPrimerCanal = 1;
-constexpr int16_t kUltimoCanal = 16;
 
 // Thousands of frames each: who lets more than this wait is not reading, or not listening.
 constexpr std::size_t kMaximoRecibido = std::size_t{64} * 1024;
@@ -56,12 +56,15 @@ class PuertoAsio::Apertura : public std::enable_shared_from_this<Apertura> {
         return linea_ != nullptr;
     }
 
-    /// Writes straight away what the line takes; the helper thread sends the rest.
+    /// Writes straight away what the line takes; the helper thread sends the rest. What had arrived
+    /// before is told apart from what answers.
     void enviar(std::string_view bytes) {
+        recogerPendiente();
         const std::scoped_lock cerrojo(cerrojo_);
         if (!linea_) {
             return;
         }
+        anterior_ = recibido_.size();
         if (porEnviar_.empty()) {
             bytes.remove_prefix(escribir(bytes));
         }
@@ -78,10 +81,12 @@ class PuertoAsio::Apertura : public std::enable_shared_from_this<Apertura> {
     std::string tomarRecibido() {
         const std::scoped_lock cerrojo(cerrojo_);
         std::string tomado = std::exchange(recibido_, {});
+        anterior_.reset();
         reanudarLectura();
         return tomado;
     }
 
+    /// Takes what waits in the line, and tells of it.
     void recogerPendiente() {
         std::uint64_t descartes = 0;
         {
@@ -97,14 +102,25 @@ class PuertoAsio::Apertura : public std::enable_shared_from_this<Apertura> {
         avisar(descartes);
     }
 
+    /// Right after a transmission, only what had arrived before it: an indicator that is quick
+    /// enough may have answered meanwhile, and the answer to what was sent is not to be lost. On a
+    /// wire no answer comes that soon; on a line of software it does.
     void descartarRecibido() {
-        const std::scoped_lock cerrojo(cerrojo_);
-        if (linea_) {
-            linea_->descartarRecibido();
+        std::uint64_t descartes = 0;
+        {
+            const std::scoped_lock cerrojo(cerrojo_);
+            descartes = ++descartes_;
+            if (anterior_) {
+                recibido_.erase(0, *anterior_);
+                anterior_.reset();
+            } else {
+                if (linea_) linea_->descartarRecibido();
+                recibido_.clear();
+            }
+            reanudarLectura();
+            if (recibido_.empty()) return;
         }
-        recibido_.clear();
-        ++descartes_;
-        reanudarLectura();
+        avisar(descartes);
     }
 
  private:
@@ -153,7 +169,9 @@ class PuertoAsio::Apertura : public std::enable_shared_from_this<Apertura> {
             return false;
         }
         const std::scoped_lock cerrojo(yo->cerrojo_);
-        return yo->descartes_ == descartes;
+        if (yo->descartes_ != descartes) return false;
+        yo->anterior_.reset();  // whoever discards now knows of all that has arrived
+        return true;
     }
 
     /// Helper thread: goes on with the queue.
@@ -212,7 +230,8 @@ class PuertoAsio::Apertura : public std::enable_shared_from_this<Apertura> {
     mutable std::mutex cerrojo_;
     std::unique_ptr<Linea> linea_;  // none: closed, or vanished
     std::string recibido_;
-    std::string porEnviar_;  // not empty: the line is being waited for
+    std::optional<std::size_t> anterior_;  // how much of it had arrived before the last sending
+    std::string porEnviar_;                // not empty: the line is being waited for
     std::uint64_t descartes_ = 0;
     bool lecturaParada_ = false;
 
@@ -225,7 +244,7 @@ PuertoAsio::PuertoAsio(EnInterfaz enInterfaz, DispositivoDe dispositivoDe)
 PuertoAsio::~PuertoAsio() = default;
 
 void PuertoAsio::CommPort(int16_t numero) {
-    if (numero < kPrimerCanal || numero > kUltimoCanal) {
+    if (numero < kPrimerCanal) {
         throw ErrorPuerto("El canal " + std::to_string(numero) + " no existe");
     }
     canal_ = numero;

@@ -109,6 +109,8 @@ double fechaLocal(std::chrono::system_clock::time_point instante) {
     return static_cast<double>((hoy - origen).count()) + delDia / kSegundosDelDia;
 }
 
+void cederElFrente() { ::AllowSetForegroundWindow(ASFW_ANY); }
+
 double ahora() { return fechaLocal(std::chrono::system_clock::now()); }
 
 }  // namespace bn::escritorio

@@ -67,9 +67,6 @@ Asa abrirDispositivo(const std::string& dispositivo) {
     if (!puerto) {
         fallar(dispositivo, causa(::GetLastError()));
     }
-    if (::GetFileType(puerto.get()) != FILE_TYPE_CHAR) {
-        fallar(dispositivo, "no es un puerto serie");
-    }
     return puerto;
 }
 
@@ -95,6 +92,9 @@ DCB modoCrudo(DCB modo, const AjustesLinea& ajustes) {
     modo.fDsrSensitivity = FALSE;
     modo.fOutX = FALSE;
     modo.fInX = FALSE;
+    // Not used, and yet some drivers refuse a mode in which they are equal.
+    modo.XonChar = 0x11;
+    modo.XoffChar = 0x13;
     modo.fDtrControl = DTR_CONTROL_ENABLE;
     modo.fRtsControl = RTS_CONTROL_ENABLE;
     return modo;
@@ -140,7 +140,10 @@ class Operacion {
     ~Operacion() { cancelar(); }
 
     bool enMarcha() const { return enMarcha_; }
-    bool acabada() const { return enMarcha_ && HasOverlappedIoCompleted(&datos_); }
+    /// By the event, which the system sets last of all: what it has still to touch is not reused.
+    bool acabada() const {
+        return enMarcha_ && ::WaitForSingleObject(suceso_.get(), 0) == WAIT_OBJECT_0;
+    }
     HANDLE suceso() const { return suceso_.get(); }
 
     /// Starts what the call asks for; the result, also a failure, comes with recoger.
@@ -167,12 +170,14 @@ class Operacion {
         return bytes;
     }
 
-    void cancelar() {
+    /// How many bytes had been moved until then.
+    std::optional<std::size_t> cancelar() {
         if (!enMarcha_) {
-            return;
+            return 0;
         }
         ::CancelIoEx(puerto_, &datos_);
-        recoger();
+        const auto bytes = recoger();
+        return !bytes && ::GetLastError() == ERROR_OPERATION_ABORTED ? datos_.InternalHigh : bytes;
     }
 
  private:
@@ -233,11 +238,12 @@ class LineaWindows final : public Linea {
         std::size_t leidos = 0;
         if (lectura_.enMarcha()) {
             const auto delante = lectura_.recoger();
-            if (!delante) {
+            // None at all is how some adapters answer when they are pulled out.
+            if (!delante || *delante == 0) {
                 return std::nullopt;
             }
-            std::copy_n(&byteDelante_, *delante, destino);
-            leidos = *delante;
+            *destino = byteDelante_;
+            leidos = 1;
         }
         const auto esperan = enEspera();
         if (!esperan) {
@@ -251,7 +257,10 @@ class LineaWindows final : public Linea {
             return ::ReadFile(puerto_.get(), destino + leidos, static_cast<DWORD>(mas), nullptr,
                               datos);
         });
-        const auto resto = resto_.recoger();
+        // They are there already; a driver that has counted too many must not hold the program.
+        constexpr DWORD kEsperaDelResto = 100;
+        ::WaitForSingleObject(resto_.suceso(), kEsperaDelResto);
+        const auto resto = resto_.acabada() ? resto_.recoger() : resto_.cancelar();
         return resto ? std::optional(leidos + *resto) : std::nullopt;
     }
 

@@ -62,6 +62,16 @@ class DescargaLimpia(banco.PruebaConBanco):
         self.esperar(lambda: simulador.veces("terminada") >= 2, 30, "two downloads of nothing")
         self.assertFalse(self.banco.texto.exists())
 
+    def test_an_indicator_that_answers_at_once_loses_nothing(self):
+        self.banco.configurar()
+        self.banco.simular("--sin-ritmo", "--pesadas", 100, "--tandas", 3)
+        self.banco.arrancar()
+        self.esperar(lambda: len(self.banco.reconocidas()) == 300, 60, "the weighings")
+        self.esperar(lambda: self.banco.lineas_texto() >= 300, 10, "the text file")
+        self.assertEqual(
+            banco.contenido(self.banco.texto), linea.lineas(self.banco.reconocidas())
+        )
+
     def test_framing_characters_and_line_parameters_are_those_of_the_settings(self):
         self.banco.configurar({"Caracteres": "36;255;84;80", "Param": "4800,E,8,2"})
         self.descargar(

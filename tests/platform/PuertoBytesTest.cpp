@@ -74,6 +74,47 @@ TEST_F(Puerto, ANotificationOfDiscardedBytesIsNotDelivered) {
     EXPECT_EQ(puerto->Input(), "nuevo");
 }
 
+TEST_F(Puerto, ADiscardRightAfterSendingKeepsAnAnswerThatWasQuicker) {
+    const auto puerto = abierto();
+    puerto->Output("?");
+    ASSERT_EQ(linea_.leer(1), "?");
+    linea_.escribir("respuesta");
+    ASSERT_TRUE(cola_.esperarAvisos(1));
+    puerto->InBufferCount(0);
+    std::string recibido;
+    EXPECT_TRUE(cola_.hasta([&] {
+        if (avisos_ > 0) recibido += puerto->Input();
+        return recibido == "respuesta";
+    }));
+}
+
+TEST_F(Puerto, ADiscardRightAfterSendingForgetsWhatHadComeBefore) {
+    const auto puerto = abierto();
+    linea_.escribir("viejo");
+    ASSERT_TRUE(cola_.esperarAvisos(1));
+    puerto->Output("?");
+    linea_.escribir("nuevo");
+    ASSERT_TRUE(cola_.esperarAvisos(2));
+    puerto->InBufferCount(0);
+    std::string recibido;
+    EXPECT_TRUE(cola_.hasta([&] {
+        recibido += puerto->Input();
+        return recibido.size() >= 5;
+    }));
+    EXPECT_EQ(recibido, "nuevo");
+}
+
+TEST_F(Puerto, ADiscardAfterTheNextNotificationForgetsEverything) {
+    const auto puerto = abierto();
+    puerto->Output("?");
+    linea_.escribir("uno");
+    ASSERT_TRUE(cola_.hasta([&] { return avisos_ > 0; }));
+    linea_.escribir("dos");
+    ASSERT_TRUE(cola_.esperarAvisos(1));
+    puerto->InBufferCount(0);
+    EXPECT_EQ(puerto->Input(), "");
+}
+
 TEST_F(Puerto, DiscardsAlsoWhatTheSystemStillHolds) {
     asio::io_context contexto;
     const auto linea = abrirLinea(contexto, linea_.dispositivo(), AjustesLinea{});

@@ -77,9 +77,9 @@ class BancoWindows(banco.Banco):
             ["wine", *orden], env=self.entorno(), stdout=mudo, stderr=mudo, timeout=60, check=False
         ).returncode == 0
 
-    def configurar_com(self, excel=None):
+    def configurar_com(self, excel=None, canal=5):
         """Writes bnDX5.ini: the text destination, and the worksheet when its keys are given."""
-        lineas = ["[General]", "Canal=5", "Param=9600,N,8,1", "Autom=1;False", "[Excel]"]
+        lineas = ["[General]", f"Canal={canal}", "Param=9600,N,8,1", "Autom=1;False", "[Excel]"]
         hoja = {"Uso": "False", "Motor": "ninguno"} if excel is None else excel
         lineas += [f"{clave}={valor}" for clave, valor in hoja.items()]
         lineas += ["[Texto]", "Uso=True", f"Destino={de_wine(self.texto)}"]
@@ -92,6 +92,21 @@ class BancoWindows(banco.Banco):
         simulador = banco.Simulador(orden + [str(opcion) for opcion in opciones])
         self._procesos.append(simulador.proceso)
         banco.esperar(lambda: simulador.lineas, 30, "the simulator's line")
+        return simulador
+
+    def simular_sin_cable(self, puerto, *opciones):
+        """An indicator of this machine's own right behind a COM port of Wine's, as quick as can be."""
+        self.puerto = pathlib.Path(os.environ["WINEPREFIX"]) / "dosdevices" / puerto
+        simulador = banco.Simulador(
+            [
+                str(self.construccion.parent / "bnDX5-simulador"),
+                *("--enlace", str(self.puerto), "--parametros", "9600,N,8,1"),
+                *("--registro", str(self.registro), "--detalle"),
+                *(str(opcion) for opcion in opciones),
+            ]
+        )
+        self._procesos.append(simulador.proceso)
+        banco.esperar(self.puerto.is_symlink, 10, "the port")
         return simulador
 
     def arrancar(self):
@@ -165,6 +180,39 @@ class ProgramaWindows(PruebaConWindows):
         )
         self.cerrar(programa)
 
+    def test_an_indicator_that_answers_at_once_loses_nothing(self):
+        self.banco.configurar_com(canal=12)
+        self.banco.simular_sin_cable("com12", "--sin-ritmo", "--pesadas", 100, "--tandas", 3)
+        programa = self.banco.arrancar()
+        banco.esperar(lambda: len(self.banco.reconocidas()) == 300, 60, "the weighings")
+        banco.esperar(lambda: self.banco.lineas_texto() >= 300, 20, "the text file")
+        self.assertEqual(
+            banco.contenido(self.banco.texto), linea.lineas(self.banco.reconocidas())
+        )
+        self.cerrar(programa)
+
+    def test_a_killed_program_starts_again_and_gives_back_what_was_acknowledged(self):
+        self.banco.configurar_com()
+        simulador = self.banco.simular("--pesadas", 200, "--espera", 1000)
+        primero = self.banco.arrancar()
+        banco.esperar(lambda: len(self.banco.reconocidas()) >= 10, 60, "ten weighings")
+        primero.kill()
+        primero.wait()
+        banco.esperar(lambda: simulador.veces("abandonada"), 20, "the indicator giving up")
+        simulador.proceso.kill()
+        simulador.proceso.wait()
+        reconocidas = self.banco.reconocidas()
+        self.assertLess(len(reconocidas), 200, "the download had already ended")
+        segundo = self.banco.arrancar()
+        banco.esperar(lambda: len(self.banco.ventanas()) == 2, 60, "the message")
+        (copia,) = self.banco.copias()
+        guardadas = banco.contenido(copia).split(b"\r\n")[:-1]
+        self.assertEqual(guardadas[: len(reconocidas)], reconocidas)
+        self.assertLessEqual(len(guardadas), len(reconocidas) + 1, "at most one not acknowledged")
+        self.banco.cerrar_mensaje()
+        banco.esperar(lambda: len(self.banco.ventanas()) == 1, 20, "the main window alone")
+        self.cerrar(segundo)
+
     def test_the_logon_entry_is_written_and_removed(self):
         self.banco.configurar_com()
         programa = self.banco.arrancar()
@@ -185,6 +233,17 @@ class ProgramaWindows(PruebaConWindows):
         self.assertEqual(segundo.wait(60), 0)
         self.assertIsNone(primero.poll())
         self.assertEqual(len(self.banco.ventanas()), 1)
+        self.cerrar(primero)
+
+    def test_a_second_start_brings_a_hidden_window_back(self):
+        self.banco.configurar_com()
+        primero = self.banco.arrancar()
+        self.banco.ventana()
+        self.banco.pulsar("o")
+        banco.esperar(lambda: not self.banco.ventanas(), 20, "the window going away")
+        segundo = self.banco.arrancar()
+        self.assertEqual(segundo.wait(60), 0)
+        self.banco.ventana()
         self.cerrar(primero)
 
 

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#include "platform/Cerrojo.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace bn {
+
+struct Cerrojo::Sistema {
+    explicit Sistema(const std::filesystem::path& ruta)
+        : fichero(ruta), numero(::open(ruta.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666)) {}
+    Sistema(const Sistema&) = delete;
+    Sistema& operator=(const Sistema&) = delete;
+    ~Sistema() {
+        if (numero >= 0) ::close(numero);
+    }
+
+    /// False when the file has been removed by its last holder since it was opened.
+    bool sigueEnSuSitio() const {
+        struct stat abierto {};
+        struct stat visto {};
+        return ::fstat(numero, &abierto) == 0 && ::stat(fichero.c_str(), &visto) == 0 &&
+               abierto.st_dev == visto.st_dev && abierto.st_ino == visto.st_ino;
+    }
+
+    std::filesystem::path fichero;
+    int numero;
+};
+
+Cerrojo::Cerrojo(const std::filesystem::path& fichero) {
+    do {
+        sistema_ = std::make_unique<Sistema>(fichero);
+        if (sistema_->numero < 0) return;
+        if (::flock(sistema_->numero, LOCK_EX | LOCK_NB) != 0) {
+            estado_ = errno == EWOULDBLOCK ? Estado::kDeOtro : Estado::kImposible;
+            return;
+        }
+    } while (!sistema_->sigueEnSuSitio());
+    estado_ = Estado::kNuestro;
+}
+
+Cerrojo::~Cerrojo() {
+    if (estado_ == Estado::kNuestro) ::unlink(sistema_->fichero.c_str());
+}
+
+}  // namespace bn
