@@ -40,11 +40,22 @@ PAQUETES_OTROS_LECTORES=(libapache-poi-java libcommons-collections4-java libcomm
     libcommons-math3-java libcommons-compress-java default-jdk-headless libreoffice-calc-nogui
     python3-uno)
 
-# Configures a preset once and builds the targets given (all without).
+# Whether a build folder is configured, and with the Qt for Windows of now if it uses one at all.
+configurada() {
+    local carpeta=$1 qt
+    [ -e "$carpeta/build.ninja" ] && [ -e "$carpeta/CMakeCache.txt" ] || return 1
+    qt=$(grep '^BN_QT_WINDOWS:' "$carpeta/CMakeCache.txt") || return 0
+    [ "${qt#*=}" = "${BN_QT_WINDOWS:-}" ]
+}
+
+# Configures a preset, once while nothing changes, and builds the targets given (all without).
 construir() {
     local preset=$1 carpeta=$2
     shift 2
     decir "Building $carpeta (${*:-everything})"
-    [ -e "$carpeta/build.ninja" ] || cmake --preset "$preset"
+    if ! configurada "$carpeta"; then
+        rm -f "$carpeta/build.ninja" # or one that fails half-way would count as done
+        cmake --preset "$preset" --fresh
+    fi
     cmake --build "$carpeta" ${1:+--target "$@"}
 }

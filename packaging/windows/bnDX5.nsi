@@ -40,8 +40,8 @@ seguridad) no se borran: quedan en la carpeta."
 !insertmacro MUI_UNPAGE_INSTFILES
 !insertmacro MUI_LANGUAGE "Spanish"
 
-; A running program holds its file: it can be neither replaced nor removed.
-!macro exigirCerrado un
+; The file of a running program, or one that the user may not write, is neither replaced nor removed.
+!macro exigirCerrado un verbo
 Function ${un}exigirCerrado
     IfFileExists "$INSTDIR\bnDX5.exe" 0 libre
 otraVez:
@@ -49,7 +49,8 @@ otraVez:
     FileOpen $0 "$INSTDIR\bnDX5.exe" a
     IfErrors 0 suelto
     MessageBox MB_RETRYCANCEL|MB_ICONEXCLAMATION \
-        "bnDX5 está en marcha. Ciérrelo (también junto al reloj) y reintente." \
+        "No se puede ${verbo} bnDX5.exe: está en marcha o no se permite escribir en él. \
+Ciérrelo (también junto al reloj) y reintente." \
         /SD IDCANCEL IDRETRY otraVez
     SetErrorLevel 2
     Quit
@@ -58,8 +59,8 @@ suelto:
 libre:
 FunctionEnd
 !macroend
-!insertmacro exigirCerrado ""
-!insertmacro exigirCerrado "un."
+!insertmacro exigirCerrado "" "sustituir"
+!insertmacro exigirCerrado "un." "quitar"
 
 Section
     SetShellVarContext current
@@ -72,6 +73,7 @@ Section
 
     WriteRegStr HKCU "${DESINSTALAR}" "DisplayName" "${NOMBRE}"
     WriteRegStr HKCU "${DESINSTALAR}" "DisplayVersion" "${VERSION}"
+    WriteRegStr HKCU "${DESINSTALAR}" "Publisher" "bnDX5"
     WriteRegStr HKCU "${DESINSTALAR}" "DisplayIcon" "$INSTDIR\bnDX5.exe"
     WriteRegStr HKCU "${DESINSTALAR}" "InstallLocation" "$INSTDIR"
     WriteRegStr HKCU "${DESINSTALAR}" "UninstallString" '"$INSTDIR\desinstalar.exe"'
@@ -91,7 +93,13 @@ Section "Uninstall"
     Delete "$INSTDIR\desinstalar.exe"
     Delete "$SMPROGRAMS\${NOMBRE}.lnk"
     DeleteRegKey HKCU "${DESINSTALAR}"
+    ; The logon entry may be that of a copy elsewhere.
+    ReadRegStr $0 HKCU "${ARRANQUE}" "bnDX5"
+    StrCmp $0 "$INSTDIR\bnDX5.exe" propia
+    StrCmp $0 '"$INSTDIR\bnDX5.exe"' propia ajena
+propia:
     DeleteRegValue HKCU "${ARRANQUE}" "bnDX5"
+ajena:
     ; What is left in the folder is the user's; an empty one goes.
     RMDir "$INSTDIR"
     IfFileExists "$INSTDIR\*.*" 0 vacia

@@ -71,6 +71,19 @@ class Instalacion(unittest.TestCase):
         )
         self.assertFalse(self.enlace.exists())
 
+    def test_the_logon_entry_of_another_copy_stays(self):
+        carpeta = pathlib.Path(os.environ["WINEPREFIX"]) / "drive_c/segunda"
+        otra = r"C:\una carpeta\bnDX5.exe"
+        with programa.BancoWindows(self.construccion) as banco_:
+            self.assertEqual(self.ejecutar(self.instalador, r"/D=C:\segunda"), 0)
+            self.assertTrue((carpeta / "bnDX5.exe").exists())
+            orden = ("reg", "add", programa.RUN, "/v", "bnDX5", "/d", otra, "/f")
+            self.assertTrue(banco_.wine(*orden))
+            self.ejecutar(carpeta / "desinstalar.exe")
+            # The folder, without data in it, is the last thing to go.
+            banco.esperar(lambda: not carpeta.exists(), 60, "the uninstaller's end")
+            self.assertEqual(banco_.arranque(), otra)
+
 
 if __name__ == "__main__":
     if len(sys.argv) > 1 and not sys.argv[1].startswith("-"):
