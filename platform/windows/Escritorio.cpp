@@ -11,6 +11,7 @@
 #include <system_error>
 
 #include "platform/windows/Asa.h"
+#include "platform/windows/RutaLarga.h"
 #include "platform/windows/Texto.h"
 
 namespace bn::escritorio {
@@ -34,8 +35,8 @@ fs::path carpetaDelSistema(int32_t numero) {
 
 /// The rights in a folder cannot be told from outside: only trying tells.
 bool seEscribe(const fs::path& carpeta) {
-    const std::wstring nombre =
-        carpeta / (L".bn-" + std::to_wstring(::GetCurrentProcessId()) + L"-prueba.tmp");
+    const std::wstring nombre = windows::paraElSistema(
+        carpeta / (L".bn-" + std::to_wstring(::GetCurrentProcessId()) + L"-prueba.tmp"));
     const windows::Asa prueba(::CreateFileW(nombre.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
                                             FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE,
                                             nullptr));

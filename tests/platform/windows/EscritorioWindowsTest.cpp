@@ -15,6 +15,7 @@
 #include "platform/Ficheros.h"
 #include "platform/Puertos.h"
 #include "tests/soporte/CarpetaTemporal.h"
+#include "tests/soporte/windows/CarpetaLarga.h"
 
 namespace bn {
 namespace {
@@ -98,6 +99,12 @@ TEST(EscritorioWindows, TheProgramsOwnFolderIsTheUsersWhenTheExecutablesCannotBe
     const fs::path propia = escritorio::carpetaPropia(carpeta / "missing");
     EXPECT_EQ(propia, fs::path(::_wgetenv(L"LOCALAPPDATA")) / "bnDX5");
     EXPECT_TRUE(fs::is_directory(propia));
+}
+
+TEST(EscritorioWindows, TheProgramsOwnFolderMayHaveAnyLength) {
+    const prueba::CarpetaLarga carpeta;
+    EXPECT_EQ(escritorio::carpetaPropia(carpeta.ruta()), carpeta.ruta());
+    EXPECT_TRUE(carpeta.nombres().empty());
 }
 
 TEST(EscritorioWindows, StartAtLogonIsAValueThatComesAndGoes) {
