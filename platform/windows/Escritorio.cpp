@@ -11,6 +11,7 @@
 #include <system_error>
 
 #include "platform/windows/Asa.h"
+#include "platform/windows/CarpetaDeUsuario.h"
 #include "platform/windows/RutaLarga.h"
 #include "platform/windows/Texto.h"
 
@@ -68,9 +69,7 @@ fs::path carpetaPropia(const fs::path& carpetaEjecutable) {
     if (seEscribe(carpetaEjecutable)) {
         return carpetaEjecutable;
     }
-    fs::path carpeta = carpetaDelSistema(CSIDL_LOCAL_APPDATA) / L"bnDX5";
-    fs::create_directories(carpeta);
-    return carpeta;
+    return windows::carpetaDeUsuario(carpetaDelSistema(CSIDL_LOCAL_APPDATA));
 }
 
 int32_t abrirDocumento(const std::string& rutaODireccion) {

@@ -14,6 +14,7 @@
 #include "platform/Escritorio.h"
 #include "platform/Ficheros.h"
 #include "platform/Puertos.h"
+#include "platform/windows/CarpetaDeUsuario.h"
 #include "tests/soporte/CarpetaTemporal.h"
 #include "tests/soporte/windows/CarpetaLarga.h"
 
@@ -64,6 +65,34 @@ class Asociacion {
     std::wstring extension_;
 };
 
+/// A variable of the environment with another value, "" for none, for a while.
+class EnElEntorno {
+ public:
+    EnElEntorno(const wchar_t* variable, const std::wstring& valor) : variable_(variable) {
+        const wchar_t* anterior = ::_wgetenv(variable);
+        anterior_ = anterior != nullptr ? anterior : L"";
+        EXPECT_EQ(::_wputenv_s(variable, valor.c_str()), 0);
+    }
+    EnElEntorno(const EnElEntorno&) = delete;
+    EnElEntorno& operator=(const EnElEntorno&) = delete;
+    ~EnElEntorno() { EXPECT_EQ(::_wputenv_s(variable_, anterior_.c_str()), 0); }
+
+ private:
+    const wchar_t* variable_;
+    std::wstring anterior_;
+};
+
+/// The text of the ErrorFichero that an action throws; "" when it throws none.
+template <class Accion>
+std::string errorDe(Accion accion) {
+    try {
+        accion();
+    } catch (const ErrorFichero& error) {
+        return error.what();
+    }
+    return "";
+}
+
 bool llegaASer(const std::function<bool()>& condicion) {
     const auto fin = std::chrono::steady_clock::now() + std::chrono::seconds(20);
     while (!condicion()) {
@@ -105,6 +134,33 @@ TEST(EscritorioWindows, TheProgramsOwnFolderMayHaveAnyLength) {
     const prueba::CarpetaLarga carpeta;
     EXPECT_EQ(escritorio::carpetaPropia(carpeta.ruta()), carpeta.ruta());
     EXPECT_TRUE(carpeta.nombres().empty());
+}
+
+TEST(EscritorioWindows, TheUsersFolderIsTheEnvironmentsWhereTheShellHasNone) {
+    const prueba::CarpetaTemporal carpeta;
+    const EnElEntorno local(L"LOCALAPPDATA", (carpeta / "local").native());
+    const fs::path delSistema = carpeta / "sistema";
+    EXPECT_EQ(windows::carpetaDeUsuario(delSistema), delSistema / "bnDX5");
+    EXPECT_TRUE(fs::is_directory(delSistema / "bnDX5"));
+    EXPECT_FALSE(fs::exists(carpeta / "local"));
+    EXPECT_EQ(windows::carpetaDeUsuario({}), carpeta / "local" / "bnDX5");
+    EXPECT_TRUE(fs::is_directory(carpeta / "local" / "bnDX5"));
+}
+
+TEST(EscritorioWindows, AUserWithoutAFolderIsToldInsteadOfUsingWhateverFolderIsCurrent) {
+    for (const wchar_t* valor : {L"", L"relativa", L"\\sin disco", L"C:relativa"}) {
+        const EnElEntorno local(L"LOCALAPPDATA", valor);
+        EXPECT_EQ(errorDe([] { windows::carpetaDeUsuario({}); }),
+                  "bnDX5: el sistema no tiene carpeta para los datos del usuario");
+    }
+    EXPECT_FALSE(fs::exists("bnDX5"));
+}
+
+TEST(EscritorioWindows, AUsersFolderThatCannotBeMadeIsAnErrorThatNamesIt) {
+    const prueba::CarpetaTemporal carpeta;
+    prueba::escribirFichero(carpeta / "fichero", "");
+    EXPECT_EQ(errorDe([&] { windows::carpetaDeUsuario(carpeta / "fichero"); }),
+              ficheros::aTexto(carpeta / "fichero" / "bnDX5") + ": no se puede crear la carpeta");
 }
 
 TEST(EscritorioWindows, StartAtLogonIsAValueThatComesAndGoes) {
