@@ -62,10 +62,14 @@ std::map<int, std::string> declarados() {
         DWORD tipo = 0;
         const LSTATUS respuesta = ::RegEnumValueW(clave, i, nombre.data(), &largo, nullptr, &tipo,
                                                   reinterpret_cast<BYTE*>(valor.data()), &bytes);
-        if (respuesta == ERROR_NO_MORE_ITEMS) {
+        if (respuesta == ERROR_MORE_DATA) {
+            continue;  // too long to be a port's
+        }
+        // The end; or a key that cannot be read on, which every further turn would meet again.
+        if (respuesta != ERROR_SUCCESS) {
             return puertos;
         }
-        if (respuesta != ERROR_SUCCESS || tipo != REG_SZ) {
+        if (tipo != REG_SZ) {
             continue;
         }
         const std::string puerto = windows::utf8(valor.data());

@@ -17,6 +17,7 @@
 #include "platform/windows/CarpetaDeUsuario.h"
 #include "tests/soporte/CarpetaTemporal.h"
 #include "tests/soporte/windows/CarpetaLarga.h"
+#include "tests/soporte/windows/PuertosDeclarados.h"
 
 namespace bn {
 namespace {
@@ -231,17 +232,9 @@ TEST(EscritorioWindows, GivesTheTimeOfNow) {
 }
 
 TEST(PuertosWindows, ListsTheDeclaredPortsByTheirNumbers) {
-    const std::wstring clave = L"HARDWARE\\DEVICEMAP\\SERIALCOMM";
-    if (!poner(HKEY_LOCAL_MACHINE, clave, L"\\Device\\BnPrueba0", L"COM119")) {
-        GTEST_SKIP() << "only an administrator may declare a port";
-    }
-    EXPECT_TRUE(poner(HKEY_LOCAL_MACHINE, clave, L"\\Device\\BnPrueba1", L"COM14"));
-    EXPECT_TRUE(poner(HKEY_LOCAL_MACHINE, clave, L"\\Device\\BnPrueba2", L"otro"));
+    const prueba::PuertosDeclarados declarados({L"COM119", L"COM14", L"otro"});
+    if (!declarados.sePuede()) GTEST_SKIP() << "only an administrator may declare a port";
     const auto puertos = puertosPresentes();
-    for (const wchar_t* nombre :
-         {L"\\Device\\BnPrueba0", L"\\Device\\BnPrueba1", L"\\Device\\BnPrueba2"}) {
-        ::RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, clave.c_str(), nombre);
-    }
     ASSERT_GE(puertos.size(), 2U);
     const PuertoPresente& cerca = puertos[puertos.size() - 2];
     EXPECT_EQ(cerca.dispositivo, "COM14");
@@ -249,6 +242,16 @@ TEST(PuertosWindows, ListsTheDeclaredPortsByTheirNumbers) {
     EXPECT_EQ(cerca.canal, 14);
     EXPECT_EQ(puertos.back().dispositivo, "COM119");
     EXPECT_EQ(puertos.back().canal, 0);
+}
+
+TEST(PuertosWindows, ADeclarationTooLongToBeAPortsDoesNotHideThoseBehindIt) {
+    const prueba::PuertosDeclarados declarados(
+        {L"COM118", L"COM" + std::wstring(2000, L'1'), L"COM119"});
+    if (!declarados.sePuede()) GTEST_SKIP() << "only an administrator may declare a port";
+    const auto puertos = puertosPresentes();
+    ASSERT_GE(puertos.size(), 2U);
+    EXPECT_EQ(puertos[puertos.size() - 2].dispositivo, "COM118");
+    EXPECT_EQ(puertos.back().dispositivo, "COM119");
 }
 
 }  // namespace
