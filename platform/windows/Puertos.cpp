@@ -136,4 +136,18 @@ std::vector<PuertoPresente> puertosPresentes(const std::filesystem::path& /*raiz
     return puertos;
 }
 
+/// Only by the names: to ask the system about a device is to open it.
+bool esElMismoPuerto(const std::string& uno, const std::string& otro,
+                     const std::filesystem::path& /*raiz*/) {
+    const auto nombre = [](std::string_view dispositivo) {
+        constexpr std::string_view kPrefijo = "\\\\.\\";
+        const bool entero = dispositivo.starts_with(kPrefijo);
+        return windows::ancho(dispositivo.substr(entero ? kPrefijo.size() : 0));
+    };
+    const std::wstring a = nombre(uno);
+    const std::wstring b = nombre(otro);
+    return ::CompareStringOrdinal(a.data(), static_cast<int>(a.size()), b.data(),
+                                  static_cast<int>(b.size()), TRUE) == CSTR_EQUAL;
+}
+
 }  // namespace bn

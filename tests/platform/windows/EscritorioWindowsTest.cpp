@@ -254,5 +254,16 @@ TEST(PuertosWindows, ADeclarationTooLongToBeAPortsDoesNotHideThoseBehindIt) {
     EXPECT_EQ(puertos.back().dispositivo, "COM119");
 }
 
+TEST(PuertosWindows, APortIsTheSameWithItsFullNameAndInAnyLetters) {
+    EXPECT_TRUE(esElMismoPuerto("COM23", "COM23"));
+    EXPECT_TRUE(esElMismoPuerto("com23", "COM23"));
+    EXPECT_TRUE(esElMismoPuerto("\\\\.\\COM23", "COM23"));
+    EXPECT_TRUE(esElMismoPuerto("\\\\.\\Com23", "\\\\.\\cOM23"));
+    EXPECT_TRUE(esElMismoPuerto("cañón", "CAÑÓN")) << "a device may have any name";
+    for (const char* otro : {"COM2", "COM230", "COM32", "", "\\\\.\\", "C:\\COM23", "NUL"}) {
+        EXPECT_FALSE(esElMismoPuerto(otro, "COM23")) << otro;
+    }
+}
+
 }  // namespace
 }  // namespace bn
