@@ -3,7 +3,6 @@
 
 #include <string>
 #include <string_view>
-#include <system_error>
 
 #include "link/sacoTramas.h"
 #include "platform/Ficheros.h"
@@ -47,8 +46,11 @@ std::filesystem::path Rescate::marca() const {
 void Rescate::empezar() { ficheros::crearVacio(marca()); }
 
 void Rescate::acabar() {
-    std::error_code sinImportancia;  // a mark too many only makes a copy too many
-    std::filesystem::remove(marca(), sinImportancia);
+    try {
+        ficheros::borrar(marca());
+    } catch (const ErrorFichero&) {
+        return;  // a mark too many only makes a copy too many
+    }
 }
 
 std::optional<std::filesystem::path> Rescate::apartar() {
@@ -64,24 +66,24 @@ std::optional<std::filesystem::path> Rescate::apartar() {
     } catch (const ErrorFichero&) {
         // no room for a copy, perhaps: a new name takes none
     }
-    std::error_code error;
-    std::filesystem::rename(origen, copia, error);
-    if (error) return origen;
+    try {
+        ficheros::mover(origen, copia);
+    } catch (const ErrorFichero&) {
+        return origen;  // whoever asked has to be told that it is still there
+    }
     acabar();
     return copia;
 }
 
 bool Rescate::despejar() {
-    std::error_code error;
-    if (!std::filesystem::exists(marca(), error)) return true;
+    if (!ficheros::existe(marca())) return true;
     const auto fichero = apartar();
     if (!fichero) acabar();
     return !fichero || *fichero != sacoTramas::fichero(plataforma_);
 }
 
 std::optional<Rescate::Pendientes> Rescate::recoger() {
-    std::error_code error;
-    if (!std::filesystem::exists(marca(), error)) return std::nullopt;
+    if (!ficheros::existe(marca())) return std::nullopt;
     const auto fichero = apartar();
     if (!fichero) {
         acabar();

@@ -217,8 +217,7 @@ void fDescarga::conectarBotones() {
         interior_->cfg->EjecutarMinimizado(interior_->ver.ckMini->isChecked());
         interior_->cfg->Update();
     });
-    alPulsar(ver.ckInicio,
-             [this] { interior_->plataforma.enArranque(interior_->ver.ckInicio->isChecked()); });
+    alPulsar(ver.ckInicio, [this] { cambiarInicio(); });
     alPulsar(ver.imgLink, [this] { AbrirDocumento(interior_->plataforma, kPaginaWeb); });
 }
 
@@ -375,6 +374,18 @@ void fDescarga::pulsarCuenta() {
         interior_->cuenta.pausar();
     } else {
         interior_->cuenta.reanudar();
+    }
+}
+
+void fDescarga::cambiarInicio() {
+    QCheckBox& ckInicio = *interior_->ver.ckInicio;
+    try {
+        interior_->plataforma.enArranque(ckInicio.isChecked());
+    } catch (...) {
+        // The box must not promise what has not been written. Only the user's own click is listened
+        // to, so this raises none.
+        ckInicio.setChecked(interior_->plataforma.enArranque());
+        throw;
     }
 }
 

@@ -52,6 +52,7 @@ class fDescarga : public QWidget {
 
     void mostrarCuenta();
     void pulsarCuenta();
+    void cambiarInicio();
     void cambiarDestinos();
     void refrescarRotulos();
     void ver(const std::string& documento);

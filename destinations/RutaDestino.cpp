@@ -2,8 +2,6 @@
 #include "destinations/RutaDestino.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <system_error>
 
 #include "config/UtilTexto.h"
 #include "platform/Ficheros.h"
@@ -17,8 +15,7 @@ constexpr std::string_view kProhibidos = "\\/:*?\"<>|";
 
 bool existeCarpeta(std::string carpeta) {
     std::replace(carpeta.begin(), carpeta.end(), '\\', '/');
-    std::error_code error;  // a folder that cannot be looked at does not serve either
-    return std::filesystem::is_directory(ficheros::aRuta(carpeta), error);
+    return ficheros::esCarpeta(ficheros::aRuta(carpeta));
 }
 
 }  // namespace

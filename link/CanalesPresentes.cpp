@@ -2,27 +2,14 @@
 #include "link/CanalesPresentes.h"
 
 #include <string>
-#include <system_error>
 
 #include "config/ClavesAjenas.h"
-#include "platform/Ficheros.h"
 
 namespace bn {
 
 namespace {
 
 constexpr int16_t kUltimoCanal = 16;
-
-/// A device may be given by any of its names.
-bool esElMismo(const std::string& asignado, const std::string& dispositivo,
-               const std::filesystem::path& raiz) {
-    if (asignado == dispositivo) return true;
-    std::error_code error;  // what cannot be compared is another device
-    const auto enRaiz = [&](const std::string& nombre) {
-        return raiz / ficheros::aRuta(nombre).relative_path();
-    };
-    return std::filesystem::equivalent(enRaiz(asignado), enRaiz(dispositivo), error);
-}
 
 }  // namespace
 
@@ -36,7 +23,8 @@ std::vector<PuertoPresente> canalesPresentes(const Plataforma& plataforma,
         for (auto& puerto : puertos) {
             // The channel is the assigned device's, and no longer that of the one it had.
             if (puerto.canal == canal) puerto.canal = 0;
-            if (esElMismo(asignado, puerto.dispositivo, raiz)) puerto.canal = canal;
+            // A device may be given by any of its names.
+            if (esElMismoPuerto(asignado, puerto.dispositivo, raiz)) puerto.canal = canal;
         }
     }
     return puertos;

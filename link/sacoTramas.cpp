@@ -40,46 +40,29 @@ bool sacoTramas::Guardo(const std::string& datos) {
 
 bool sacoTramas::iniRecupero() {
     if (modo_ != Modo::kGuardando && modo_ != Modo::kLeido) return false;
-    std::ifstream lectura(fichero(plataforma_), std::ios::binary);
-    if (!lectura) return false;
-    const bool vacio = lectura.peek() == std::ifstream::traits_type::eof();
-    if (lectura.bad()) return false;
-    if (vacio) {
-        modo_ = Modo::kLeido;
-        return true;
+    try {
+        lectura_.emplace(fichero(plataforma_));
+        modo_ = lectura_->final() ? Modo::kLeido : Modo::kLeyendo;
+    } catch (const ErrorFichero&) {
+        lectura_.reset();
+        return false;  // the owner decides what to tell the user
     }
-    lectura_ = std::move(lectura);
-    modo_ = Modo::kLeyendo;
+    if (modo_ == Modo::kLeido) lectura_.reset();
     return true;
 }
 
 std::string sacoTramas::Recupero() {
     if (modo_ != Modo::kLeyendo) return {};
-    std::string datos = leerLinea();
-    if (lectura_.peek() == std::ifstream::traits_type::eof() && !lectura_.bad()) {
-        lectura_.close();
-        modo_ = Modo::kLeido;
+    std::string datos = lectura_->siguiente();
+    try {
+        if (lectura_->final()) {
+            lectura_.reset();
+            modo_ = Modo::kLeido;
+        }
+    } catch (const ErrorFichero&) {
+        return datos;  // this record is good; the next call meets the error again
     }
     return datos;
-}
-
-/// A line ends at carriage return and line feed together: the data may hold either one alone.
-std::string sacoTramas::leerLinea() {
-    std::string linea;
-    std::string trozo;
-    while (std::getline(lectura_, trozo)) {
-        linea += trozo;
-        if (lectura_.eof()) return linea;  // the last line, and its end is missing
-        if (!linea.empty() && linea.back() == '\r') {
-            linea.pop_back();
-            return linea;
-        }
-        linea += '\n';
-    }
-    if (lectura_.bad()) {
-        throw ErrorFichero(ficheros::aTexto(fichero(plataforma_)) + ": no se puede leer");
-    }
-    return linea;
 }
 
 bool sacoTramas::Final() const { return modo_ == Modo::kLeido; }

@@ -3,9 +3,10 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
+#include <optional>
 #include <string>
 
+#include "platform/Ficheros.h"
 #include "platform/Plataforma.h"
 
 namespace bn {
@@ -35,11 +36,9 @@ class sacoTramas {
  private:
     enum class Modo : int16_t { kNuevo = 0, kGuardando = 1, kLeyendo = 2, kLeido = 3 };
 
-    std::string leerLinea();
-
     Plataforma& plataforma_;
     Modo modo_ = Modo::kNuevo;
-    std::ifstream lectura_;
+    std::optional<ficheros::Lineas> lectura_;
 };
 
 }  // namespace bn

@@ -5,7 +5,8 @@
 #include <chrono>
 #include <cmath>
 #include <cstdio>
-#include <system_error>
+
+#include "platform/Ficheros.h"
 
 namespace bn {
 
@@ -35,8 +36,7 @@ std::filesystem::path nombreFechado(const std::filesystem::path& comienzo, doubl
     base += sello(fechaHora);
     std::filesystem::path libre = base;
     libre += final;
-    std::error_code error;
-    for (int n = 2; std::filesystem::exists(libre, error); ++n) {
+    for (int n = 2; ficheros::existe(libre); ++n) {
         libre = base;
         libre += "-" + std::to_string(n) + final;
     }

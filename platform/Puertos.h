@@ -19,4 +19,9 @@ struct PuertoPresente {
 /// where the system's own tree of devices begins, another one only in tests.
 std::vector<PuertoPresente> puertosPresentes(const std::filesystem::path& raiz = "/");
 
+/// Whether two names (UTF-8), each as a device is opened by it, are the same device's. What cannot
+/// be compared is another device. raiz: as above.
+bool esElMismoPuerto(const std::string& uno, const std::string& otro,
+                     const std::filesystem::path& raiz = "/");
+
 }  // namespace bn

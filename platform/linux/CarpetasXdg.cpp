@@ -84,7 +84,8 @@ fs::path hogar() {
     passwd usuario{};
     passwd* hallado = nullptr;
     ::getpwuid_r(::getuid(), &usuario, memoria.data(), memoria.size(), &hallado);
-    return hallado != nullptr ? fs::path(hallado->pw_dir) : fs::path("/");
+    return hallado != nullptr && *hallado->pw_dir == '/' ? fs::path(hallado->pw_dir)
+                                                         : fs::path("/");
 }
 
 fs::path configuracion() { return enHogar("XDG_CONFIG_HOME", ".config"); }

@@ -72,9 +72,13 @@ auto insistir(Llamada llamada) {
     return resultado;
 }
 
+bool hayCeros(const std::filesystem::path& ruta) {
+    return ruta.native().find('\0') != std::string::npos;
+}
+
 /// The system would take a path with a zero inside for another, shorter one.
 void exigirSinCeros(const std::filesystem::path& ruta) {
-    if (ruta.native().find('\0') != std::string::npos) {
+    if (hayCeros(ruta)) {
         fallar(ruta, ENOENT);
     }
 }
@@ -118,21 +122,23 @@ class Descriptor {
         return datos;
     }
 
+    /// What comes next; 0 at the end.
+    std::size_t leer(char* destino, std::size_t cabida) const {
+        const ssize_t leidos = insistir([&] { return ::read(numero_, destino, cabida); });
+        if (leidos == -1) {
+            fallar(nombre_, errno);
+        }
+        return static_cast<std::size_t>(leidos);
+    }
+
     std::string leerTodo() const {
         std::string contenido;
         contenido.reserve(static_cast<std::size_t>(std::max<off_t>(estado().st_size, 0)));
         std::array<char, 65536> buffer{};
-        for (;;) {
-            const ssize_t leidos =
-                insistir([&] { return ::read(numero_, buffer.data(), buffer.size()); });
-            if (leidos == -1) {
-                fallar(nombre_, errno);
-            }
-            if (leidos == 0) {
-                return contenido;
-            }
-            contenido.append(buffer.data(), static_cast<std::size_t>(leidos));
+        while (const std::size_t leidos = leer(buffer.data(), buffer.size())) {
+            contenido.append(buffer.data(), leidos);
         }
+        return contenido;
     }
 
     void escribirTodo(std::string_view bytes) const {
@@ -304,6 +310,16 @@ void anadirTodoONada(const Descriptor& fichero, std::string_view bytes, Accion d
 
 }  // namespace
 
+bool existe(const std::filesystem::path& ruta) {
+    std::error_code error;
+    return !hayCeros(ruta) && std::filesystem::exists(ruta, error);
+}
+
+bool esCarpeta(const std::filesystem::path& ruta) {
+    std::error_code error;
+    return !hayCeros(ruta) && std::filesystem::is_directory(ruta, error);
+}
+
 std::optional<std::string> leer(const std::filesystem::path& ruta) {
     const Descriptor fichero(ruta, O_RDONLY);
     if (fichero.error() == ENOENT || fichero.error() == ENOTDIR) {
@@ -340,6 +356,43 @@ void reemplazar(const std::filesystem::path& ruta, std::string_view bytes) {
     temporal.fichero().sincronizar();
     temporal.colocar();
     sincronizarCarpeta(destino);
+}
+
+void mover(const std::filesystem::path& origen, const std::filesystem::path& destino) {
+    exigirSinCeros(origen);
+    exigirSinCeros(destino);
+    if (::rename(origen.c_str(), destino.c_str()) == -1) {
+        fallar(origen, errno);
+    }
+    try {
+        sincronizarCarpeta(destino);
+    } catch (const ErrorFichero&) {
+        // It has its new name, and going back might fail as well.
+        return;
+    }
+}
+
+void borrar(const std::filesystem::path& ruta) {
+    exigirSinCeros(ruta);
+    if (::unlink(ruta.c_str()) == -1 && errno != ENOENT && errno != ENOTDIR) {
+        fallar(ruta, errno);
+    }
+}
+
+struct Lineas::Interior {
+    explicit Interior(const std::filesystem::path& ruta) : fichero(ruta, O_RDONLY) {
+        fichero.exigirAbierto();
+    }
+
+    Descriptor fichero;
+};
+
+Lineas::Lineas(const std::filesystem::path& ruta) : interior_(std::make_unique<Interior>(ruta)) {}
+
+Lineas::~Lineas() = default;
+
+std::size_t Lineas::leer(char* destino, std::size_t cabida) const {
+    return interior_->fichero.leer(destino, cabida);
 }
 
 struct Anexo::Interior {

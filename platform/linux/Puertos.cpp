@@ -92,4 +92,13 @@ std::vector<PuertoPresente> puertosPresentes(const fs::path& raiz) {
     return puertos;
 }
 
+bool esElMismoPuerto(const std::string& uno, const std::string& otro, const fs::path& raiz) {
+    if (uno == otro) return true;
+    const auto enRaiz = [&raiz](const std::string& nombre) {
+        return raiz / fs::path(nombre).relative_path();
+    };
+    std::error_code error;
+    return fs::equivalent(enRaiz(uno), enRaiz(otro), error);
+}
+
 }  // namespace bn

@@ -11,6 +11,8 @@
 #include <system_error>
 
 #include "platform/windows/Asa.h"
+#include "platform/windows/CarpetaDeUsuario.h"
+#include "platform/windows/RutaLarga.h"
 #include "platform/windows/Texto.h"
 
 namespace bn::escritorio {
@@ -34,8 +36,8 @@ fs::path carpetaDelSistema(int32_t numero) {
 
 /// The rights in a folder cannot be told from outside: only trying tells.
 bool seEscribe(const fs::path& carpeta) {
-    const std::wstring nombre =
-        carpeta / (L".bn-" + std::to_wstring(::GetCurrentProcessId()) + L"-prueba.tmp");
+    const std::wstring nombre = windows::paraElSistema(
+        carpeta / (L".bn-" + std::to_wstring(::GetCurrentProcessId()) + L"-prueba.tmp"));
     const windows::Asa prueba(::CreateFileW(nombre.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
                                             FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE,
                                             nullptr));
@@ -67,9 +69,7 @@ fs::path carpetaPropia(const fs::path& carpetaEjecutable) {
     if (seEscribe(carpetaEjecutable)) {
         return carpetaEjecutable;
     }
-    fs::path carpeta = carpetaDelSistema(CSIDL_LOCAL_APPDATA) / L"bnDX5";
-    fs::create_directories(carpeta);
-    return carpeta;
+    return windows::carpetaDeUsuario(carpetaDelSistema(CSIDL_LOCAL_APPDATA));
 }
 
 int32_t abrirDocumento(const std::string& rutaODireccion) {

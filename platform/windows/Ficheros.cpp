@@ -8,12 +8,14 @@
 #include <utility>
 
 #include "platform/windows/Asa.h"
+#include "platform/windows/RutaLarga.h"
 
 namespace bn::ficheros {
 namespace {
 
 namespace fs = std::filesystem;
 using windows::Asa;
+using windows::paraElSistema;
 
 constexpr DWORD kTodosComparten = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 constexpr std::size_t kTrozo = std::size_t{1} << 20;
@@ -73,16 +75,42 @@ std::string causaDe(DWORD error) {
 
 [[noreturn]] void fallar(const fs::path& ruta, DWORD error) { fallar(ruta, causaDe(error)); }
 
-/// The path as the calls take it at any length: beyond 259 characters only the form that begins
-/// with two backslashes and a question mark is taken, and that one only whole and normal.
-std::wstring paraElSistema(const fs::path& ruta) {
-    constexpr std::size_t kLargoCorriente = 240;  // a temporary's name still goes in
-    std::error_code error;
-    const std::wstring entera = fs::absolute(ruta, error).lexically_normal().make_preferred();
-    if (error || entera.size() < kLargoCorriente || entera.starts_with(L"\\\\?\\")) {
-        return ruta.native();
+bool hayCeros(const fs::path& ruta) { return ruta.native().find(L'\0') != std::wstring::npos; }
+
+/// The system would take a path with a zero inside for another, shorter one.
+void exigirSinCeros(const fs::path& ruta) {
+    if (hayCeros(ruta)) {
+        fallar(ruta, ERROR_FILE_NOT_FOUND);
     }
-    return entera.starts_with(L"\\\\") ? L"\\\\?\\UNC" + entera.substr(1) : L"\\\\?\\" + entera;
+}
+
+/// Of what stands under the name; INVALID_FILE_ATTRIBUTES when nothing does.
+DWORD atributosDe(const fs::path& ruta) {
+    return hayCeros(ruta) ? INVALID_FILE_ATTRIBUTES
+                          : ::GetFileAttributesW(paraElSistema(ruta).c_str());
+}
+
+bool sonDeCarpeta(DWORD atributos) {
+    return atributos != INVALID_FILE_ATTRIBUTES && (atributos & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+/// Renames over the file that has the name. Messages name the file as the caller knows it.
+void colocarEn(const fs::path& destino, const fs::path& origen, const fs::path& nombre) {
+    const std::wstring viejo = paraElSistema(origen);
+    const std::wstring nuevo = paraElSistema(destino);
+    // Not ReplaceFile: between its two renamings there is no file under the name.
+    constexpr DWORD kModo = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
+    // Virus scanners and indexers hold a file for a moment after it was written.
+    constexpr int kIntentos = 10;
+    constexpr DWORD kPausa = 20;
+    for (int intento = 1; !::MoveFileExW(viejo.c_str(), nuevo.c_str(), kModo); ++intento) {
+        const DWORD error = ::GetLastError();
+        const bool pasara = error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED;
+        if (!pasara || intento == kIntentos) {
+            fallar(nombre, pasara ? ERROR_SHARING_VIOLATION : error);
+        }
+        ::Sleep(kPausa);
+    }
 }
 
 /// An open file.
@@ -93,10 +121,7 @@ class Fichero {
     /// Messages name it otherwise than by its path.
     Fichero(const fs::path& ruta, DWORD acceso, DWORD creacion, fs::path nombre)
         : nombre_(std::move(nombre)) {
-        // The system would take a path with a zero inside for another, shorter one.
-        if (ruta.native().find(L'\0') != std::wstring::npos) {
-            fallar(ruta, ERROR_FILE_NOT_FOUND);
-        }
+        exigirSinCeros(ruta);
         const std::wstring sistema = paraElSistema(ruta);
         asa_ = Asa(::CreateFileW(sistema.c_str(), acceso, kTodosComparten, nullptr, creacion,
                                  FILE_ATTRIBUTE_NORMAL, nullptr));
@@ -105,9 +130,7 @@ class Fichero {
             return;
         }
         error_ = respuesta;
-        const DWORD atributos = ::GetFileAttributesW(sistema.c_str());
-        esCarpeta_ =
-            atributos != INVALID_FILE_ATTRIBUTES && (atributos & FILE_ATTRIBUTE_DIRECTORY) != 0;
+        esCarpeta_ = sonDeCarpeta(atributosDe(ruta));
     }
 
     /// Why it could not be opened; 0 when it is open.
@@ -129,17 +152,24 @@ class Fichero {
         return bytes.QuadPart;
     }
 
+    /// What comes next; 0 at the end.
+    std::size_t leer(char* destino, std::size_t cabida) const {
+        DWORD leidos = 0;
+        exigir(::ReadFile(asa(), destino, static_cast<DWORD>(std::min(cabida, kTrozo)), &leidos,
+                          nullptr));
+        return leidos;
+    }
+
     std::string leerTodo() const {
         std::string contenido;
-        DWORD leidos = 0;
+        std::size_t leidos = 0;
         do {
             // The size is but a guess: others may be writing.
             const std::size_t hasta = contenido.size();
             const auto quedan = static_cast<std::size_t>(
                 std::max<LONGLONG>(largo() - static_cast<LONGLONG>(hasta), 0));
             contenido.resize(hasta + std::min(quedan + 1, kTrozo));
-            const auto cabida = static_cast<DWORD>(contenido.size() - hasta);
-            exigir(::ReadFile(asa(), contenido.data() + hasta, cabida, &leidos, nullptr));
+            leidos = leer(contenido.data() + hasta, contenido.size() - hasta);
             contenido.resize(hasta + leidos);
         } while (leidos > 0);
         return contenido;
@@ -201,8 +231,7 @@ void anadirTodoONada(const Fichero& fichero, std::string_view bytes, Accion desp
 
 /// The file that a name leads to, through links.
 fs::path destinoReal(const fs::path& ruta, const Fichero& abierto) {
-    const DWORD atributos = ::GetFileAttributesW(paraElSistema(ruta).c_str());
-    if ((atributos & FILE_ATTRIBUTE_REPARSE_POINT) == 0) {
+    if ((atributosDe(ruta) & FILE_ATTRIBUTE_REPARSE_POINT) == 0) {
         return ruta;
     }
     std::wstring destino(MAX_PATH, L'\0');
@@ -239,7 +268,7 @@ Sustituido sustituible(const fs::path& ruta) {
         fallar(ruta, "no es un fichero corriente");
     }
     Sustituido sustituido{destinoReal(ruta, viejo)};
-    sustituido.atributos = ::GetFileAttributesW(paraElSistema(sustituido.ruta).c_str());
+    sustituido.atributos = atributosDe(sustituido.ruta);
     if ((sustituido.atributos & FILE_ATTRIBUTE_READONLY) != 0) {
         fallar(ruta, ERROR_ACCESS_DENIED);
     }
@@ -265,21 +294,8 @@ class Temporal {
     void colocar() {
         fichero_.cerrar();
         const std::wstring nuevo = paraElSistema(ruta_);
-        const std::wstring definitivo = paraElSistema(sustituido_.ruta);
         fichero_.exigir(::SetFileAttributesW(nuevo.c_str(), sustituido_.atributos));
-        // Not ReplaceFile: between its two renamings there is no file under the name.
-        constexpr DWORD kModo = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
-        // Virus scanners and indexers hold a file for a moment after it was written.
-        constexpr int kIntentos = 10;
-        constexpr DWORD kPausa = 20;
-        for (int intento = 1; !::MoveFileExW(nuevo.c_str(), definitivo.c_str(), kModo); ++intento) {
-            const DWORD error = ::GetLastError();
-            const bool pasara = error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED;
-            if (!pasara || intento == kIntentos) {
-                fallar(nombre_, pasara ? ERROR_SHARING_VIOLATION : error);
-            }
-            ::Sleep(kPausa);
-        }
+        colocarEn(sustituido_.ruta, ruta_, nombre_);
         colocado_ = true;
     }
 
@@ -307,6 +323,10 @@ class Temporal {
 
 }  // namespace
 
+bool existe(const fs::path& ruta) { return atributosDe(ruta) != INVALID_FILE_ATTRIBUTES; }
+
+bool esCarpeta(const fs::path& ruta) { return sonDeCarpeta(atributosDe(ruta)); }
+
 std::optional<std::string> leer(const fs::path& ruta) {
     const Fichero fichero(ruta, GENERIC_READ, OPEN_EXISTING);
     if (noHay(fichero.error())) {
@@ -333,6 +353,38 @@ void reemplazar(const fs::path& ruta, std::string_view bytes) {
     temporal.fichero().escribirAlFinal(bytes);
     temporal.fichero().sincronizar();
     temporal.colocar();
+}
+
+void mover(const fs::path& origen, const fs::path& destino) {
+    exigirSinCeros(origen);
+    exigirSinCeros(destino);
+    colocarEn(destino, origen, origen);
+}
+
+void borrar(const fs::path& ruta) {
+    exigirSinCeros(ruta);
+    if (!::DeleteFileW(paraElSistema(ruta).c_str())) {
+        const DWORD error = ::GetLastError();
+        if (!noHay(error)) {
+            fallar(ruta, error);
+        }
+    }
+}
+
+struct Lineas::Interior {
+    explicit Interior(const fs::path& ruta) : fichero(ruta, GENERIC_READ, OPEN_EXISTING) {
+        fichero.exigirAbierto();
+    }
+
+    Fichero fichero;
+};
+
+Lineas::Lineas(const fs::path& ruta) : interior_(std::make_unique<Interior>(ruta)) {}
+
+Lineas::~Lineas() = default;
+
+std::size_t Lineas::leer(char* destino, std::size_t cabida) const {
+    return interior_->fichero.leer(destino, cabida);
 }
 
 struct Anexo::Interior {

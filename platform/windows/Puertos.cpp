@@ -62,10 +62,14 @@ std::map<int, std::string> declarados() {
         DWORD tipo = 0;
         const LSTATUS respuesta = ::RegEnumValueW(clave, i, nombre.data(), &largo, nullptr, &tipo,
                                                   reinterpret_cast<BYTE*>(valor.data()), &bytes);
-        if (respuesta == ERROR_NO_MORE_ITEMS) {
+        if (respuesta == ERROR_MORE_DATA) {
+            continue;  // too long to be a port's
+        }
+        // The end; or a key that cannot be read on, which every further turn would meet again.
+        if (respuesta != ERROR_SUCCESS) {
             return puertos;
         }
-        if (respuesta != ERROR_SUCCESS || tipo != REG_SZ) {
+        if (tipo != REG_SZ) {
             continue;
         }
         const std::string puerto = windows::utf8(valor.data());
@@ -130,6 +134,20 @@ std::vector<PuertoPresente> puertosPresentes(const std::filesystem::path& /*raiz
                            numero <= kUltimoCanal ? static_cast<int16_t>(numero) : int16_t{0}});
     }
     return puertos;
+}
+
+/// Only by the names: to ask the system about a device is to open it.
+bool esElMismoPuerto(const std::string& uno, const std::string& otro,
+                     const std::filesystem::path& /*raiz*/) {
+    const auto nombre = [](std::string_view dispositivo) {
+        constexpr std::string_view kPrefijo = "\\\\.\\";
+        const bool entero = dispositivo.starts_with(kPrefijo);
+        return windows::ancho(dispositivo.substr(entero ? kPrefijo.size() : 0));
+    };
+    const std::wstring a = nombre(uno);
+    const std::wstring b = nombre(otro);
+    return ::CompareStringOrdinal(a.data(), static_cast<int>(a.size()), b.data(),
+                                  static_cast<int>(b.size()), TRUE) == CSTR_EQUAL;
 }
 
 }  // namespace bn

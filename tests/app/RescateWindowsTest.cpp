@@ -3,9 +3,11 @@
 #include <windows.h>
 
 #include "app/Rescate.h"
+#include "platform/Ficheros.h"
 #include "platform/windows/Asa.h"
 #include "tests/soporte/CarpetaTemporal.h"
 #include "tests/soporte/PlataformaDePrueba.h"
+#include "tests/soporte/windows/CarpetaLarga.h"
 
 namespace bn {
 namespace {
@@ -28,6 +30,22 @@ TEST(RescateWindows, KeepsTheWayClosedWhileTheStoreCannotBePutAside) {
     EXPECT_EQ(prueba::leerFichero(almacen), "primera\r\nsegunda\r\n");
     EXPECT_TRUE(std::filesystem::exists(carpeta / "bnGuardo.marca"));
     EXPECT_TRUE(rescate.despejar()) << "the other program has let go";
+}
+
+TEST(RescateWindows, PutsTheStoreAsideInAFolderOfAnyLength) {
+    const prueba::CarpetaLarga carpeta;
+    PlataformaDePrueba plataforma(carpeta.ruta());
+    Rescate rescate(plataforma);
+    ficheros::anadir(carpeta / "bnGuardo.txt", "primera\r\nsegunda\r\n");
+    rescate.empezar();
+    const auto pendientes = rescate.recoger();
+    ASSERT_TRUE(pendientes.has_value());
+    EXPECT_EQ(pendientes->fichero, carpeta / "bnGuardo-18991230-000000.txt");
+    EXPECT_EQ(pendientes->pesadas, 2U);
+    EXPECT_FALSE(rescate.recoger().has_value()) << "the mark is gone";
+    rescate.empezar();
+    EXPECT_TRUE(rescate.despejar());
+    EXPECT_EQ(ficheros::leer(carpeta / "bnGuardo-18991230-000000-2.txt"), "primera\r\nsegunda\r\n");
 }
 
 }  // namespace

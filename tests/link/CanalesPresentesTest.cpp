@@ -93,5 +93,17 @@ TEST_F(CanalesPresentesTest, IgnoresAssignedDevicesThatAreNotThere) {
     EXPECT_EQ(puertos[0].canal, 0);
 }
 
+TEST_F(CanalesPresentesTest, TellsADeviceByAnyOfItsNames) {
+    poner("ttyUSB0");
+    poner("ttyUSB1");
+    nombrar("usb-Acme-if00", "ttyUSB0");
+    EXPECT_TRUE(esElMismoPuerto("/dev/ttyUSB0", "/dev/ttyUSB0", raiz.ruta()));
+    EXPECT_TRUE(esElMismoPuerto("/dev/serial/by-id/usb-Acme-if00", "/dev/ttyUSB0", raiz.ruta()));
+    EXPECT_FALSE(esElMismoPuerto("/dev/serial/by-id/usb-Acme-if00", "/dev/ttyUSB1", raiz.ruta()));
+    EXPECT_FALSE(esElMismoPuerto("/dev/TTYUSB0", "/dev/ttyUSB0", raiz.ruta()));
+    EXPECT_FALSE(esElMismoPuerto("/dev/ttyUSB7", "/dev/ttyUSB8", raiz.ruta()));
+    EXPECT_TRUE(esElMismoPuerto("/dev/ttyUSB7", "/dev/ttyUSB7", raiz.ruta())) << "when unplugged";
+}
+
 }  // namespace
 }  // namespace bn

@@ -304,7 +304,10 @@ TEST(FicherosLinux, NoFileStaysOpenAfterAnySuccessOrFailure) {
         ficheros::reemplazar(carpeta / "a.txt", "x");
         ficheros::leer(carpeta / "a.txt");
         ficheros::Anexo(carpeta / "a.txt").escribir("x");
+        ficheros::Lineas(carpeta / "a.txt").siguiente();
+        ficheros::mover(carpeta / "a.txt", carpeta / "b.txt");
         errorDe([&] { ficheros::leer(carpeta.ruta()); });
+        errorDe([&] { ficheros::Lineas(carpeta.ruta()).siguiente(); });
         errorDe([&] { ficheros::anadir("/dev/full", "x"); });
         errorDe([&] { ficheros::reemplazar(carpeta.ruta(), "x"); });
     }

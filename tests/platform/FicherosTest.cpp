@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <stdexcept>
+#include <string>
+#include <vector>
 
 #include "platform/Ficheros.h"
 #include "tests/soporte/CarpetaTemporal.h"
@@ -23,6 +25,12 @@ std::string errorDe(Accion accion) {
         return error.what();
     }
     return "";
+}
+
+std::vector<std::string> leerLineas(ficheros::Lineas& lineas) {
+    std::vector<std::string> todas;
+    while (!lineas.final()) todas.push_back(lineas.siguiente());
+    return todas;
 }
 
 TEST(Ficheros, PathsGoToUtf8TextAndBack) {
@@ -105,6 +113,94 @@ TEST(Ficheros, AnAnexoCreatesAMissingFileAndKeepsItsLinesWithoutCerrar) {
         anexo.escribir("one");
     }
     EXPECT_EQ(prueba::leerFichero(carpeta / "a.txt"), "one");
+}
+
+TEST(Ficheros, TellsFilesFoldersAndNothingApart) {
+    const prueba::CarpetaTemporal carpeta;
+    prueba::escribirFichero(carpeta / "a.txt", "");
+    EXPECT_TRUE(ficheros::existe(carpeta / "a.txt"));
+    EXPECT_FALSE(ficheros::esCarpeta(carpeta / "a.txt"));
+    EXPECT_TRUE(ficheros::existe(carpeta.ruta()));
+    EXPECT_TRUE(ficheros::esCarpeta(carpeta.ruta()));
+    for (const std::string nada : {"missing", "missing/a.txt", "a.txt/a.txt"}) {
+        EXPECT_FALSE(ficheros::existe(carpeta / nada)) << nada;
+        EXPECT_FALSE(ficheros::esCarpeta(carpeta / nada)) << nada;
+    }
+    const std::string conCero = ficheros::aTexto(carpeta.ruta()) + std::string("\0x", 2);
+    EXPECT_FALSE(ficheros::existe(ficheros::aRuta(conCero)));
+    EXPECT_FALSE(ficheros::esCarpeta(ficheros::aRuta(conCero)));
+}
+
+TEST(Ficheros, MoverGivesAFileAnotherNameOverWhatHadIt) {
+    const prueba::CarpetaTemporal carpeta;
+    prueba::escribirFichero(carpeta / "a.txt", "uno");
+    ficheros::mover(carpeta / "a.txt", carpeta / "b.txt");
+    EXPECT_THAT(carpeta.nombres(), ElementsAre("b.txt"));
+    prueba::escribirFichero(carpeta / "a.txt", "dos");
+    ficheros::mover(carpeta / "a.txt", carpeta / "b.txt");
+    EXPECT_THAT(carpeta.nombres(), ElementsAre("b.txt"));
+    EXPECT_EQ(prueba::leerFichero(carpeta / "b.txt"), "dos");
+}
+
+TEST(Ficheros, WhatCannotBeMovedStaysAndIsNamed) {
+    const prueba::CarpetaTemporal carpeta;
+    EXPECT_EQ(errorDe([&] { ficheros::mover(carpeta / "a.txt", carpeta / "b.txt"); }),
+              ficheros::aTexto(carpeta / "a.txt") + ": no existe");
+    prueba::escribirFichero(carpeta / "a.txt", "uno");
+    EXPECT_EQ(errorDe([&] { ficheros::mover(carpeta / "a.txt", carpeta / "no" / "b.txt"); }),
+              ficheros::aTexto(carpeta / "a.txt") + ": no existe");
+    EXPECT_EQ(prueba::leerFichero(carpeta / "a.txt"), "uno");
+}
+
+TEST(Ficheros, BorrarRemovesAFileAndMindsNoneMissing) {
+    const prueba::CarpetaTemporal carpeta;
+    prueba::escribirFichero(carpeta / "a.txt", "uno");
+    ficheros::borrar(carpeta / "a.txt");
+    EXPECT_THAT(carpeta.nombres(), IsEmpty());
+    EXPECT_NO_THROW(ficheros::borrar(carpeta / "a.txt"));
+    EXPECT_NO_THROW(ficheros::borrar(carpeta / "missing" / "a.txt"));
+    EXPECT_THROW(ficheros::borrar(carpeta.ruta()), ErrorFichero);
+    EXPECT_TRUE(std::filesystem::is_directory(carpeta.ruta()));
+}
+
+TEST(Ficheros, LinesEndAtCarriageReturnAndLineFeedTogether) {
+    const prueba::CarpetaTemporal carpeta;
+    const std::vector<std::string> esperadas{"uno", "", "a\nb\rc", "\r", std::string("x\0y", 3),
+                                             "el\r"};
+    prueba::escribirFichero(carpeta / "a.txt",
+                            std::string("uno\r\n\r\na\nb\rc\r\n\r\r\nx\0y\r\nel\r", 25));
+    ficheros::Lineas lineas(carpeta / "a.txt");
+    EXPECT_EQ(leerLineas(lineas), esperadas);
+    EXPECT_EQ(lineas.siguiente(), "");
+}
+
+TEST(Ficheros, LinesAreWholeWhereverTheFileIsCutIntoBlocks) {
+    const prueba::CarpetaTemporal carpeta;
+    // Reads come in blocks of 65536: the first line's end lies before, across and behind its end.
+    for (std::size_t largo = 65532; largo <= 65540; ++largo) {
+        const std::vector<std::string> esperadas{std::string(largo, 'a'), std::string(300000, 'b'),
+                                                 "c"};
+        std::string bytes;
+        for (const auto& linea : esperadas) bytes += linea + "\r\n";
+        prueba::escribirFichero(carpeta / "a.txt", bytes);
+        ficheros::Lineas lineas(carpeta / "a.txt");
+        EXPECT_TRUE(leerLineas(lineas) == esperadas) << largo;
+    }
+}
+
+TEST(Ficheros, AnEmptyFileHasNoLineAndAMissingOneCannotBeOpened) {
+    const prueba::CarpetaTemporal carpeta;
+    prueba::escribirFichero(carpeta / "a.txt", "");
+    ficheros::Lineas lineas(carpeta / "a.txt");
+    EXPECT_TRUE(lineas.final());
+    EXPECT_EQ(lineas.siguiente(), "");
+    EXPECT_EQ(errorDe([&] { ficheros::Lineas ninguna(carpeta / "b.txt"); }),
+              ficheros::aTexto(carpeta / "b.txt") + ": no existe");
+    EXPECT_EQ(errorDe([&] {
+                  ficheros::Lineas deCarpeta(carpeta.ruta());
+                  deCarpeta.final();
+              }),
+              ficheros::aTexto(carpeta.ruta()) + ": es una carpeta");
 }
 
 TEST(Ficheros, EveryOperationNamesAFolderThatStandsInThePlaceOfTheFile) {

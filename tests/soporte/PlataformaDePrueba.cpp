@@ -7,6 +7,7 @@
 
 #include "destinations/excel/ObjectModel.h"
 #include "destinations/xls/MotorInterno.h"
+#include "platform/Ficheros.h"
 
 namespace bn {
 
@@ -167,6 +168,11 @@ std::string PlataformaDePrueba::carpetaEspecial(int32_t numero) const {
 int32_t PlataformaDePrueba::abrirDocumento(const std::string& rutaODireccion) {
     abiertos.push_back(rutaODireccion);
     return respuestaAbrir;
+}
+
+void PlataformaDePrueba::enArranque(bool activo) {
+    if (!errorEnArranque.empty()) throw ErrorFichero(errorEnArranque);
+    arranque = activo;
 }
 
 }  // namespace bn

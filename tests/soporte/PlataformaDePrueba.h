@@ -65,6 +65,7 @@ class PlataformaDePrueba : public Plataforma {
     std::vector<std::string> abiertos;  ///< every abrirDocumento
     int32_t respuestaAbrir = 33;        ///< what abrirDocumento answers
     bool arranque = false;              ///< whether the program starts at logon
+    std::string errorEnArranque;        ///< non-empty: changing that fails with it
 
     std::filesystem::path carpetaPrograma() const override;
     std::unique_ptr<MSComm> nuevoPuerto() override;
@@ -75,7 +76,7 @@ class PlataformaDePrueba : public Plataforma {
     std::string carpetaEspecial(int32_t numero) const override;
     int32_t abrirDocumento(const std::string& rutaODireccion) override;
     bool enArranque() const override { return arranque; }
-    void enArranque(bool activo) override { arranque = activo; }
+    void enArranque(bool activo) override;
 
  private:
     friend class PuertoDePrueba;

@@ -149,6 +149,21 @@ TEST_F(fDescargaControles, StartingAtLogonFollowsItsCheck) {
     EXPECT_FALSE(plataforma.arranque);
 }
 
+TEST_F(fDescargaControles, StartAtLogonThatCannotBeChangedIsToldAndShownAsItIs) {
+    abrir();
+    plataforma.errorEnArranque = "Inicio de sesión: acceso denegado";
+    pulsar("ckInicio");
+    EXPECT_FALSE(casilla("ckInicio").isChecked());
+    EXPECT_THAT(plataforma.mensajes, ElementsAre(HasSubstr("acceso denegado"))) << "told once";
+    plataforma.errorEnArranque.clear();
+    pulsar("ckInicio");
+    EXPECT_TRUE(plataforma.arranque);
+    plataforma.errorEnArranque = "Inicio de sesión: acceso denegado";
+    pulsar("ckInicio");
+    EXPECT_TRUE(casilla("ckInicio").isChecked()) << "still starts at logon";
+    EXPECT_THAT(plataforma.mensajes, SizeIs(2));
+}
+
 TEST_F(fDescargaControles, HidingWithoutANotificationAreaMinimises) {
     abrir();
     ASSERT_FALSE(QSystemTrayIcon::isSystemTrayAvailable()) << "not on this platform";

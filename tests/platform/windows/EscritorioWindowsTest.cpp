@@ -14,7 +14,10 @@
 #include "platform/Escritorio.h"
 #include "platform/Ficheros.h"
 #include "platform/Puertos.h"
+#include "platform/windows/CarpetaDeUsuario.h"
 #include "tests/soporte/CarpetaTemporal.h"
+#include "tests/soporte/windows/CarpetaLarga.h"
+#include "tests/soporte/windows/PuertosDeclarados.h"
 
 namespace bn {
 namespace {
@@ -63,6 +66,34 @@ class Asociacion {
     std::wstring extension_;
 };
 
+/// A variable of the environment with another value, "" for none, for a while.
+class EnElEntorno {
+ public:
+    EnElEntorno(const wchar_t* variable, const std::wstring& valor) : variable_(variable) {
+        const wchar_t* anterior = ::_wgetenv(variable);
+        anterior_ = anterior != nullptr ? anterior : L"";
+        EXPECT_EQ(::_wputenv_s(variable, valor.c_str()), 0);
+    }
+    EnElEntorno(const EnElEntorno&) = delete;
+    EnElEntorno& operator=(const EnElEntorno&) = delete;
+    ~EnElEntorno() { EXPECT_EQ(::_wputenv_s(variable_, anterior_.c_str()), 0); }
+
+ private:
+    const wchar_t* variable_;
+    std::wstring anterior_;
+};
+
+/// The text of the ErrorFichero that an action throws; "" when it throws none.
+template <class Accion>
+std::string errorDe(Accion accion) {
+    try {
+        accion();
+    } catch (const ErrorFichero& error) {
+        return error.what();
+    }
+    return "";
+}
+
 bool llegaASer(const std::function<bool()>& condicion) {
     const auto fin = std::chrono::steady_clock::now() + std::chrono::seconds(20);
     while (!condicion()) {
@@ -98,6 +129,39 @@ TEST(EscritorioWindows, TheProgramsOwnFolderIsTheUsersWhenTheExecutablesCannotBe
     const fs::path propia = escritorio::carpetaPropia(carpeta / "missing");
     EXPECT_EQ(propia, fs::path(::_wgetenv(L"LOCALAPPDATA")) / "bnDX5");
     EXPECT_TRUE(fs::is_directory(propia));
+}
+
+TEST(EscritorioWindows, TheProgramsOwnFolderMayHaveAnyLength) {
+    const prueba::CarpetaLarga carpeta;
+    EXPECT_EQ(escritorio::carpetaPropia(carpeta.ruta()), carpeta.ruta());
+    EXPECT_TRUE(carpeta.nombres().empty());
+}
+
+TEST(EscritorioWindows, TheUsersFolderIsTheEnvironmentsWhereTheShellHasNone) {
+    const prueba::CarpetaTemporal carpeta;
+    const EnElEntorno local(L"LOCALAPPDATA", (carpeta / "local").native());
+    const fs::path delSistema = carpeta / "sistema";
+    EXPECT_EQ(windows::carpetaDeUsuario(delSistema), delSistema / "bnDX5");
+    EXPECT_TRUE(fs::is_directory(delSistema / "bnDX5"));
+    EXPECT_FALSE(fs::exists(carpeta / "local"));
+    EXPECT_EQ(windows::carpetaDeUsuario({}), carpeta / "local" / "bnDX5");
+    EXPECT_TRUE(fs::is_directory(carpeta / "local" / "bnDX5"));
+}
+
+TEST(EscritorioWindows, AUserWithoutAFolderIsToldInsteadOfUsingWhateverFolderIsCurrent) {
+    for (const wchar_t* valor : {L"", L"relativa", L"\\sin disco", L"C:relativa"}) {
+        const EnElEntorno local(L"LOCALAPPDATA", valor);
+        EXPECT_EQ(errorDe([] { windows::carpetaDeUsuario({}); }),
+                  "bnDX5: el sistema no tiene carpeta para los datos del usuario");
+    }
+    EXPECT_FALSE(fs::exists("bnDX5"));
+}
+
+TEST(EscritorioWindows, AUsersFolderThatCannotBeMadeIsAnErrorThatNamesIt) {
+    const prueba::CarpetaTemporal carpeta;
+    prueba::escribirFichero(carpeta / "fichero", "");
+    EXPECT_EQ(errorDe([&] { windows::carpetaDeUsuario(carpeta / "fichero"); }),
+              ficheros::aTexto(carpeta / "fichero" / "bnDX5") + ": no se puede crear la carpeta");
 }
 
 TEST(EscritorioWindows, StartAtLogonIsAValueThatComesAndGoes) {
@@ -168,17 +232,9 @@ TEST(EscritorioWindows, GivesTheTimeOfNow) {
 }
 
 TEST(PuertosWindows, ListsTheDeclaredPortsByTheirNumbers) {
-    const std::wstring clave = L"HARDWARE\\DEVICEMAP\\SERIALCOMM";
-    if (!poner(HKEY_LOCAL_MACHINE, clave, L"\\Device\\BnPrueba0", L"COM119")) {
-        GTEST_SKIP() << "only an administrator may declare a port";
-    }
-    EXPECT_TRUE(poner(HKEY_LOCAL_MACHINE, clave, L"\\Device\\BnPrueba1", L"COM14"));
-    EXPECT_TRUE(poner(HKEY_LOCAL_MACHINE, clave, L"\\Device\\BnPrueba2", L"otro"));
+    const prueba::PuertosDeclarados declarados({L"COM119", L"COM14", L"otro"});
+    if (!declarados.sePuede()) GTEST_SKIP() << "only an administrator may declare a port";
     const auto puertos = puertosPresentes();
-    for (const wchar_t* nombre :
-         {L"\\Device\\BnPrueba0", L"\\Device\\BnPrueba1", L"\\Device\\BnPrueba2"}) {
-        ::RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, clave.c_str(), nombre);
-    }
     ASSERT_GE(puertos.size(), 2U);
     const PuertoPresente& cerca = puertos[puertos.size() - 2];
     EXPECT_EQ(cerca.dispositivo, "COM14");
@@ -186,6 +242,27 @@ TEST(PuertosWindows, ListsTheDeclaredPortsByTheirNumbers) {
     EXPECT_EQ(cerca.canal, 14);
     EXPECT_EQ(puertos.back().dispositivo, "COM119");
     EXPECT_EQ(puertos.back().canal, 0);
+}
+
+TEST(PuertosWindows, ADeclarationTooLongToBeAPortsDoesNotHideThoseBehindIt) {
+    const prueba::PuertosDeclarados declarados(
+        {L"COM118", L"COM" + std::wstring(2000, L'1'), L"COM119"});
+    if (!declarados.sePuede()) GTEST_SKIP() << "only an administrator may declare a port";
+    const auto puertos = puertosPresentes();
+    ASSERT_GE(puertos.size(), 2U);
+    EXPECT_EQ(puertos[puertos.size() - 2].dispositivo, "COM118");
+    EXPECT_EQ(puertos.back().dispositivo, "COM119");
+}
+
+TEST(PuertosWindows, APortIsTheSameWithItsFullNameAndInAnyLetters) {
+    EXPECT_TRUE(esElMismoPuerto("COM23", "COM23"));
+    EXPECT_TRUE(esElMismoPuerto("com23", "COM23"));
+    EXPECT_TRUE(esElMismoPuerto("\\\\.\\COM23", "COM23"));
+    EXPECT_TRUE(esElMismoPuerto("\\\\.\\Com23", "\\\\.\\cOM23"));
+    EXPECT_TRUE(esElMismoPuerto("cañón", "CAÑÓN")) << "a device may have any name";
+    for (const char* otro : {"COM2", "COM230", "COM32", "", "\\\\.\\", "C:\\COM23", "NUL"}) {
+        EXPECT_FALSE(esElMismoPuerto(otro, "COM23")) << otro;
+    }
 }
 
 }  // namespace

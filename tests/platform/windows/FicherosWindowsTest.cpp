@@ -5,17 +5,19 @@
 #include <windows.h>
 
 #include <string>
-#include <vector>
 
 #include "platform/Ficheros.h"
+#include "platform/NombreFechado.h"
 #include "platform/windows/Asa.h"
 #include "tests/soporte/CarpetaTemporal.h"
+#include "tests/soporte/windows/CarpetaLarga.h"
 
 namespace bn {
 namespace {
 
 namespace fs = std::filesystem;
 using testing::ElementsAre;
+using testing::IsEmpty;
 using windows::Asa;
 
 template <class Accion>
@@ -61,20 +63,25 @@ TEST(FicherosWindows, NamesOfAnyAlphabetAreTheirOwn) {
 }
 
 TEST(FicherosWindows, PathsMayBeLongerThanTheSystemsUsualLimit) {
-    const prueba::CarpetaTemporal carpeta;
-    std::vector<std::wstring> carpetas;
-    fs::path larga = carpeta.ruta();
-    for (int i = 0; i < 3; ++i) {
-        larga /= std::wstring(100, static_cast<wchar_t>(L'a' + i));
-        carpetas.push_back(L"\\\\?\\" + larga.native());
-        ASSERT_TRUE(::CreateDirectoryW(carpetas.back().c_str(), nullptr)) << i;
-    }
+    const prueba::CarpetaLarga larga;
+    ASSERT_GT(larga.ruta().native().size(), std::size_t{MAX_PATH});
+    EXPECT_TRUE(ficheros::esCarpeta(larga.ruta()));
+    EXPECT_FALSE(ficheros::existe(larga / "Pesadas.txt"));
     hacerTodo(larga / "Pesadas.txt");
+    EXPECT_TRUE(ficheros::existe(larga / "Pesadas.txt"));
+    EXPECT_FALSE(ficheros::esCarpeta(larga / "Pesadas.txt"));
     EXPECT_EQ(ficheros::leer(larga / "otro.txt"), std::nullopt);
-    EXPECT_TRUE(::DeleteFileW((carpetas.back() + L"\\Pesadas.txt").c_str()));
-    for (auto una = carpetas.rbegin(); una != carpetas.rend(); ++una) {
-        EXPECT_TRUE(::RemoveDirectoryW(una->c_str())) << "something is left in it";
+    EXPECT_EQ(nombreFechado(larga / "Pesadas", 0, ".txt"), larga / "Pesadas18991230-000000.txt");
+    ficheros::mover(larga / "Pesadas.txt", larga / "Pesadas18991230-000000.txt");
+    EXPECT_THAT(larga.nombres(), ElementsAre("Pesadas18991230-000000.txt"));
+    EXPECT_EQ(nombreFechado(larga / "Pesadas", 0, ".txt"), larga / "Pesadas18991230-000000-2.txt");
+    {
+        ficheros::Lineas lineas(larga / "Pesadas18991230-000000.txt");
+        EXPECT_EQ(lineas.siguiente(), "tres");
+        EXPECT_TRUE(lineas.final());
     }
+    ficheros::borrar(larga / "Pesadas18991230-000000.txt");
+    EXPECT_THAT(larga.nombres(), IsEmpty());
 }
 
 TEST(FicherosWindows, AFileThatAnotherProgramHoldsIsToldApart) {
@@ -89,6 +96,10 @@ TEST(FicherosWindows, AFileThatAnotherProgramHoldsIsToldApart) {
         EXPECT_EQ(errorDe([&] { ficheros::anadir(ruta, "x"); }), esperado);
         EXPECT_EQ(errorDe([&] { ficheros::reemplazar(ruta, "x"); }), esperado);
         EXPECT_EQ(errorDe([&] { ficheros::Anexo anexo(ruta); }), esperado);
+        EXPECT_EQ(errorDe([&] { ficheros::Lineas lineas(ruta); }), esperado);
+        EXPECT_EQ(errorDe([&] { ficheros::mover(ruta, carpeta / "b.txt"); }), esperado);
+        EXPECT_EQ(errorDe([&] { ficheros::borrar(ruta); }), esperado);
+        EXPECT_TRUE(ficheros::existe(ruta));
     }
     EXPECT_EQ(prueba::leerFichero(ruta), "intacto");
     EXPECT_THAT(carpeta.nombres(), ElementsAre("a.txt"));
@@ -155,8 +166,11 @@ TEST(FicherosWindows, LeavesNoHandleOpenAlsoWhenItFails) {
     };
     const auto vuelta = [&] {
         hacerTodo(carpeta / "a.txt");
+        ficheros::Lineas(carpeta / "a.txt").siguiente();
+        ficheros::mover(carpeta / "a.txt", carpeta / "b.txt");
         errorDe([&] { ficheros::reemplazar(carpeta.ruta(), "x"); });
         errorDe([&] { ficheros::anadir(carpeta / "no" / "a.txt", "x"); });
+        errorDe([&] { ficheros::Lineas lineas(carpeta / "a.txt"); });
     };
     vuelta();
     const DWORD antes = abiertas();
