@@ -2,6 +2,7 @@
 #include "platform/Cerrojo.h"
 
 #include "platform/windows/Asa.h"
+#include "platform/windows/RutaLarga.h"
 
 namespace bn {
 
@@ -10,9 +11,9 @@ struct Cerrojo::Sistema {
 };
 
 Cerrojo::Cerrojo(const std::filesystem::path& fichero) : sistema_(std::make_unique<Sistema>()) {
-    sistema_->asa = windows::Asa(
-        ::CreateFileW(fichero.c_str(), GENERIC_READ | GENERIC_WRITE | DELETE, 0, nullptr,
-                      OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+    sistema_->asa = windows::Asa(::CreateFileW(
+        windows::paraElSistema(fichero).c_str(), GENERIC_READ | GENERIC_WRITE | DELETE, 0, nullptr,
+        OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_DELETE_ON_CLOSE, nullptr));
     if (sistema_->asa) {
         estado_ = Estado::kNuestro;
     } else if (::GetLastError() == ERROR_SHARING_VIOLATION) {
