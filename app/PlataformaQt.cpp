@@ -25,7 +25,9 @@ namespace {
 QWidget* ventanaALaVista() {
     if (QWidget* dialogo = QApplication::activeModalWidget()) return dialogo;
     for (QWidget* ventana : QApplication::topLevelWidgets()) {
-        if (ventana->isVisible() && !ventana->isMinimized()) return ventana;
+        const Qt::WindowType tipo = ventana->windowType();  // tool tips and menus come and go
+        const bool queda = tipo == Qt::Window || tipo == Qt::Dialog;
+        if (queda && ventana->isVisible() && !ventana->isMinimized()) return ventana;
     }
     return nullptr;
 }

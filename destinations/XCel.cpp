@@ -300,8 +300,7 @@ void XCel::Guardar(const std::string& libro) {
 /// A damaged workbook, or one of another program, may still hold a year of weighings.
 void XCel::conservarElAnterior() const {
     const std::filesystem::path anterior = ficheros::aRuta(rutaLibro_);
-    std::error_code noHay;
-    if (!std::filesystem::is_regular_file(anterior, noHay)) return;
+    if (!ficheros::existe(anterior) || ficheros::esCarpeta(anterior)) return;
     std::filesystem::path comienzo = anterior;
     comienzo += ".";
     ficheros::reemplazar(nombreFechado(comienzo, plataforma_.ahora(), ".bak"),

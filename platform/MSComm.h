@@ -37,7 +37,8 @@ class MSComm {
     virtual void Output(const std::string& bytes) = 0;
     /// Everything received so far, and empties it.
     virtual std::string Input() = 0;
-    /// 0 discards what was received and not yet read.
+    /// 0 discards what was received and not yet read; right after Output only what had arrived
+    /// before it, for the answer may be there already.
     virtual void InBufferCount(int16_t cero) = 0;
     /// Why OnComm was raised; kComEvReceive when characters have arrived.
     virtual int16_t CommEvent() const = 0;

@@ -64,7 +64,9 @@ class PuertoAsio::Apertura : public std::enable_shared_from_this<Apertura> {
         if (!linea_) {
             return;
         }
-        anterior_ = recibido_.size();
+        // A flood cannot be told apart: the discard after it forgets everything.
+        anterior_.reset();
+        if (recibido_.size() < kMaximoRecibido) anterior_ = recibido_.size();
         if (porEnviar_.empty()) {
             bytes.remove_prefix(escribir(bytes));
         }
@@ -92,11 +94,9 @@ class PuertoAsio::Apertura : public std::enable_shared_from_this<Apertura> {
         {
             const std::scoped_lock cerrojo(cerrojo_);
             if (!linea_ || recibido_.size() >= kMaximoRecibido) return;
-            std::array<char, kTrozo> trozo{};
-            const auto leidos = linea_->leer(trozo.data(), trozo.size());
-            if (!leidos) return soltarLinea();
-            if (*leidos == 0) return;
-            recibido_.append(trozo.data(), *leidos);
+            const std::size_t antes = recibido_.size();
+            if (!leerLoQueEspera()) return soltarLinea();
+            if (recibido_.size() == antes) return;
             descartes = descartes_;
         }
         avisar(descartes);
@@ -149,6 +149,18 @@ class PuertoAsio::Apertura : public std::enable_shared_from_this<Apertura> {
             }
         }
         avisar(descartes);
+    }
+
+    /// False when the line is gone.
+    bool leerLoQueEspera() {
+        std::array<char, kTrozo> trozo{};
+        std::optional<std::size_t> leidos;
+        do {
+            leidos = linea_->leer(trozo.data(), trozo.size());
+            if (!leidos) return false;
+            recibido_.append(trozo.data(), *leidos);
+        } while (*leidos == trozo.size() && recibido_.size() < kMaximoRecibido);
+        return true;
     }
 
     /// Every chunk gets its own OnComm, also when an earlier one has taken its bytes along; one

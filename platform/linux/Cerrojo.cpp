@@ -12,7 +12,10 @@ namespace bn {
 
 struct Cerrojo::Sistema {
     explicit Sistema(const std::filesystem::path& ruta)
-        : fichero(ruta), numero(::open(ruta.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666)) {}
+        : fichero(ruta), numero(::open(ruta.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666)) {
+        // Another user's file can be held all the same.
+        if (numero < 0 && errno == EACCES) numero = ::open(ruta.c_str(), O_RDONLY | O_CLOEXEC);
+    }
     Sistema(const Sistema&) = delete;
     Sistema& operator=(const Sistema&) = delete;
     ~Sistema() {
@@ -32,15 +35,19 @@ struct Cerrojo::Sistema {
 };
 
 Cerrojo::Cerrojo(const std::filesystem::path& fichero) {
-    do {
+    constexpr int kVeces = 10;  // each time the file would have to have been removed meanwhile
+    for (int vez = 0; vez < kVeces; ++vez) {
         sistema_ = std::make_unique<Sistema>(fichero);
         if (sistema_->numero < 0) return;
         if (::flock(sistema_->numero, LOCK_EX | LOCK_NB) != 0) {
             estado_ = errno == EWOULDBLOCK ? Estado::kDeOtro : Estado::kImposible;
             return;
         }
-    } while (!sistema_->sigueEnSuSitio());
-    estado_ = Estado::kNuestro;
+        if (sistema_->sigueEnSuSitio()) {
+            estado_ = Estado::kNuestro;
+            return;
+        }
+    }
 }
 
 Cerrojo::~Cerrojo() {

@@ -104,6 +104,20 @@ TEST_F(Puerto, ADiscardRightAfterSendingForgetsWhatHadComeBefore) {
     EXPECT_EQ(recibido, "nuevo");
 }
 
+TEST_F(Puerto, ADiscardRightAfterSendingIntoAFloodForgetsAllOfIt) {
+    const auto puerto = abierto();
+    llenar(bytesVariados(kMega));
+    puerto->Output("?");
+    puerto->InBufferCount(0);
+    std::string recibido;
+    ASSERT_TRUE(llegaASer([&] { return linea_.escribir("!") == 1; }));
+    EXPECT_TRUE(cola_.hasta([&] {
+        recibido += puerto->Input();
+        return recibido.ends_with('!');
+    }));
+    EXPECT_LT(recibido.size(), 64U * 1024);
+}
+
 TEST_F(Puerto, ADiscardAfterTheNextNotificationForgetsEverything) {
     const auto puerto = abierto();
     puerto->Output("?");

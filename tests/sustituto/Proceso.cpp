@@ -50,6 +50,7 @@ int servir() {
 }
 
 bool registrarse() {
+    borrarRegistro();  // an in-process server would be taken before this one
     std::array<wchar_t, MAX_PATH> ruta{};
     GetModuleFileNameW(nullptr, ruta.data(), static_cast<DWORD>(ruta.size()));
     return registrar(kClase, L"LocalServer32", L"\"" + std::wstring(ruta.data()) + L"\"");

@@ -52,8 +52,9 @@ VarianteCom Despacho::invocar(DISPID miembro, WORD forma, DISPPARAMS parametros)
                                  excepcion.recibir(), &argumentoErroneo);
         return excepcion.causa(codigo);
     });
+    // A refusal is an answer too.
+    if (!estaOcupada(excepcion.causa(codigo))) sesion_->haAtendido();
     if (FAILED(codigo)) excepcion.lanzar(codigo);
-    sesion_->haAtendido();
     return resultado;
 }
 

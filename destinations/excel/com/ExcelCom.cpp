@@ -40,11 +40,16 @@ class AplicacionCom final : public ObjetoCom<excel::Application> {
         const auto& sesion = objeto().sesion();
         sesion->exigirViva();
         // What was not saved is dropped: what has not even been written is not written for it.
-        objeto().llamar(miembro::kQuit);
+        despedir();
         sesion->terminar();
     }
 
  private:
+    void despedir() const {
+        objeto().sesion()->antesDeDespedir();
+        objeto().llamar(miembro::kQuit);
+    }
+
     std::unique_ptr<excel::Range> area(const wchar_t* miembro) const {
         return std::make_unique<AreaCom>(com().objeto(miembro, clase::kRango));
     }
@@ -61,7 +66,7 @@ class AplicacionCom final : public ObjetoCom<excel::Application> {
         // Nobody is left to tell a failure to, and the second step is worth trying without the
         // first.
         intentar([this] { objeto().poner(miembro::kDisplayAlerts, argumento(false)); });
-        intentar([this] { objeto().llamar(miembro::kQuit); });
+        intentar([this] { despedir(); });
         sesion->terminar();
     }
     template <class Paso>

@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "destinations/excel/com/ComPtr.h"
@@ -62,6 +63,11 @@ class Sesion {
     HRESULT insistir(const std::function<HRESULT()>& llamada);
     /// To be called when a member has been attended.
     void haAtendido() { impaciente_ = false; }
+    /// To be called before the application is told to quit, which is worth the whole patience once
+    /// more, and only once: a process left behind would stay.
+    void antesDeDespedir() {
+        if (!std::exchange(despedida_, true)) impaciente_ = false;
+    }
 
     /// Identifiers of a member and its arguments, asked once for each kind of object.
     std::map<std::wstring, std::vector<DISPID>>& identificadores() { return identificadores_; }
@@ -73,6 +79,7 @@ class Sesion {
     std::shared_ptr<Pendiente> pendiente_;
     uint64_t epoca_ = 0;
     bool impaciente_ = false;
+    bool despedida_ = false;
     bool viva_ = true;
 };
 

@@ -54,6 +54,7 @@ void ConSustituto::SetUp() {
 void ConSustituto::TearDown() {
     excel_.reset();
     EXPECT_EQ(llamar("DllCanUnloadNow"), S_OK) << "objects of the application are still held";
+    alServidor("DllUnregisterServer");
 }
 
 void ConSustituto::ordenar(const std::string& ordenes) {

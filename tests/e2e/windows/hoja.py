@@ -52,9 +52,13 @@ class HojaWindows(programa.PruebaConWindows):
         """Runs until every weighing has been acknowledged."""
         self.banco.simular("--pesadas", pesadas, "--tandas", tandas, "--salir")
         en_marcha = self.banco.arrancar()
-        banco.esperar(
-            lambda: len(self.banco.reconocidas()) == pesadas * tandas, 120, "the weighings"
-        )
+        self.visto = False
+
+        def llegadas():
+            self.visto = self.visto or bool(self.procesos_de_excel())
+            return len(self.banco.reconocidas()) == pesadas * tandas
+
+        banco.esperar(llegadas, 120, "the weighings")
         return en_marcha
 
     def esperar_sin_excel(self):
@@ -112,6 +116,7 @@ class HojaWindows(programa.PruebaConWindows):
         en_marcha = self.descargar(60, tandas=2)
         banco.esperar(lambda: self.banco.lineas_texto() >= 120, 30, "the text file")
         self.esperar_sin_excel()
+        self.assertTrue(self.visto, "a process of the application's own was never seen")
         self.comprobar_libro(self.banco.reconocidas())
         llamadas = self.llamadas()
         guardados = [una for una in llamadas if una.startswith("Workbook.SaveAs")]

@@ -161,6 +161,7 @@ class PruebaConWindows(unittest.TestCase):
                 self.banco.contar()
 
     def cerrar(self, programa):
+        self.assertNotEqual(self.banco.restos(), [])
         self.banco.pulsar("c")
         self.assertEqual(programa.wait(30), 0)
         self.assertEqual(self.banco.restos(), [])
