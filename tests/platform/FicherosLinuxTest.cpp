@@ -15,23 +15,15 @@
 
 #include "platform/Ficheros.h"
 #include "tests/soporte/CarpetaTemporal.h"
+#include "tests/soporte/ErrorFicheroDe.h"
 
 namespace bn {
 namespace {
 
+using prueba::errorDe;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::UnorderedElementsAre;
-
-template <class Accion>
-std::string errorDe(Accion accion) {
-    try {
-        accion();
-    } catch (const ErrorFichero& error) {
-        return error.what();
-    }
-    return "";
-}
 
 /// While it lives no file can grow beyond a size: a disk that fills in the middle of a write.
 class DiscoQueSeLlena {

@@ -8,6 +8,7 @@
 
 #include "platform/Ficheros.h"
 #include "tests/soporte/CarpetaTemporal.h"
+#include "tests/soporte/ErrorFicheroDe.h"
 
 namespace bn {
 namespace {
@@ -16,16 +17,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-/// The text of the ErrorFichero that an action throws; "" when it throws none.
-template <class Accion>
-std::string errorDe(Accion accion) {
-    try {
-        accion();
-    } catch (const ErrorFichero& error) {
-        return error.what();
-    }
-    return "";
-}
+using prueba::errorDe;
 
 std::vector<std::string> leerLineas(ficheros::Lineas& lineas) {
     std::vector<std::string> todas;

@@ -16,6 +16,7 @@
 #include "platform/Puertos.h"
 #include "platform/windows/CarpetaDeUsuario.h"
 #include "tests/soporte/CarpetaTemporal.h"
+#include "tests/soporte/ErrorFicheroDe.h"
 #include "tests/soporte/windows/CarpetaLarga.h"
 #include "tests/soporte/windows/PuertosDeclarados.h"
 
@@ -83,16 +84,7 @@ class EnElEntorno {
     std::wstring anterior_;
 };
 
-/// The text of the ErrorFichero that an action throws; "" when it throws none.
-template <class Accion>
-std::string errorDe(Accion accion) {
-    try {
-        accion();
-    } catch (const ErrorFichero& error) {
-        return error.what();
-    }
-    return "";
-}
+using prueba::errorDe;
 
 bool llegaASer(const std::function<bool()>& condicion) {
     const auto fin = std::chrono::steady_clock::now() + std::chrono::seconds(20);

@@ -10,25 +10,17 @@
 #include "platform/NombreFechado.h"
 #include "platform/windows/Asa.h"
 #include "tests/soporte/CarpetaTemporal.h"
+#include "tests/soporte/ErrorFicheroDe.h"
 #include "tests/soporte/windows/CarpetaLarga.h"
 
 namespace bn {
 namespace {
 
 namespace fs = std::filesystem;
+using prueba::errorDe;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using windows::Asa;
-
-template <class Accion>
-std::string errorDe(Accion accion) {
-    try {
-        accion();
-    } catch (const ErrorFichero& error) {
-        return error.what();
-    }
-    return "";
-}
 
 /// Another program that has the file open.
 Asa otroLoTiene(const fs::path& ruta, DWORD loQueComparte) {
