@@ -10,9 +10,9 @@
 
 #include "config/Setup.h"
 #include "destinations/FormularioTxt.h"
-#include "destinations/ReglaDeLinea.h"
 #include "ventanas/CampoDeFichero.h"
 #include "ventanas/DialogoPlano.h"
+#include "ventanas/ReglaDeLinea.h"
 
 namespace bn {
 

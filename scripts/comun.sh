@@ -40,6 +40,44 @@ PAQUETES_OTROS_LECTORES=(libapache-poi-java libcommons-collections4-java libcomm
     libcommons-math3-java libcommons-compress-java default-jdk-headless libreoffice-calc-nogui
     python3-uno)
 
+# What has been started in the background; acabar_procesos ends it, the last one first.
+procesos=()
+acabar_procesos() {
+    for ((i = ${#procesos[@]} - 1; i >= 0; i--)); do
+        kill "${procesos[i]}" 2>/dev/null || true
+        wait "${procesos[i]}" 2>/dev/null || true
+    done
+}
+
+# Waits, silently, for a command to succeed, at most so many seconds.
+esperar() {
+    local segundos=$1
+    shift
+    for ((i = 0; i < segundos * 10; i++)); do
+        "$@" >/dev/null 2>&1 && return 0
+        sleep 0.1
+    done
+    echo "Not seen in $segundos seconds: $*" >&2
+    return 1
+}
+
+# A virtual display in DISPLAY. It tells its number, and leaves it, in the file given.
+pantalla_virtual() {
+    local numero=$1 medidas=$2
+    Xvfb -displayfd 3 -screen 0 "$medidas" -nolisten tcp -noreset 3>"$numero" 2>/dev/null &
+    procesos+=($!)
+    esperar 20 test -s "$numero"
+    DISPLAY=":$(cat "$numero")"
+    export DISPLAY
+}
+
+# A window manager on it.
+gestor_de_ventanas() {
+    openbox >/dev/null 2>&1 &
+    procesos+=($!)
+    esperar 20 xprop -root _NET_SUPPORTING_WM_CHECK
+}
+
 # Whether a build folder is configured, and with the Qt for Windows of now if it uses one at all.
 configurada() {
     local carpeta=$1 qt

@@ -12,9 +12,8 @@
 #include <thread>
 #include <utility>
 
-#include "platform/asio/PuertoAsio.h"
-#include "tests/platform/ColaDeInterfaz.h"
 #include "tests/platform/PseudoTerminal.h"
+#include "tests/platform/PuertoConCola.h"
 
 namespace bn {
 
@@ -32,40 +31,11 @@ inline bool llegaASer(const std::function<bool()>& condicion) {
     return true;
 }
 
-inline std::string bytesVariados(std::size_t cuantos) {
-    std::string bytes(cuantos, '\0');
-    for (std::size_t i = 0; i < cuantos; ++i) {
-        bytes[i] = static_cast<char>((i * 7 + i / 256) % 256);
-    }
-    return bytes;
-}
-
-/// A pseudo-terminal, a queue, and ports that bring the two together.
-class Puerto : public testing::Test {
+/// Ports on a pseudo-terminal.
+class Puerto : public PuertoConCola {
  protected:
-    std::unique_ptr<PuertoAsio> nuevoPuerto(const std::string& dispositivo) {
-        return std::make_unique<PuertoAsio>(
-            [this](std::function<void()> aviso) { cola_.poner(std::move(aviso)); },
-            [dispositivo](int16_t) { return dispositivo; });
-    }
-
-    /// A port on the pseudo-terminal, open, that counts its notifications.
     std::unique_ptr<PuertoAsio> abierto(const std::string& ajustes = "9600,N,8,1") {
-        auto puerto = nuevoPuerto(linea_.dispositivo());
-        puerto->CommPort(1);
-        puerto->Settings(ajustes);
-        puerto->PortOpen(true);
-        puerto->OnComm.conectar([this] { ++avisos_; });
-        return puerto;
-    }
-
-    std::string recibir(PuertoAsio& puerto, std::size_t cuantos) {
-        std::string recibido;
-        cola_.hasta([&] {
-            recibido += puerto.Input();
-            return recibido.size() >= cuantos;
-        });
-        return recibido;
+        return abiertoEn(linea_.dispositivo(), ajustes);
     }
 
     /// Writes until neither port nor system takes more; how much went in.
@@ -79,20 +49,7 @@ class Puerto : public testing::Test {
         return escritos;
     }
 
-    std::string errorAlAbrir(const std::string& dispositivo) {
-        const auto puerto = nuevoPuerto(dispositivo);
-        try {
-            puerto->PortOpen(true);
-        } catch (const ErrorPuerto& error) {
-            EXPECT_FALSE(puerto->PortOpen());
-            return error.what();
-        }
-        return "";
-    }
-
-    ColaDeInterfaz cola_;
     PseudoTerminal linea_;
-    int avisos_ = 0;
 };
 
 }  // namespace bn

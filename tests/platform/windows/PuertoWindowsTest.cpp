@@ -13,9 +13,8 @@
 #include <string>
 
 #include "platform/asio/Linea.h"
-#include "platform/asio/PuertoAsio.h"
 #include "platform/windows/Asa.h"
-#include "tests/platform/ColaDeInterfaz.h"
+#include "tests/platform/PuertoConCola.h"
 #include "tests/soporte/CarpetaTemporal.h"
 
 namespace bn {
@@ -74,40 +73,10 @@ class OtroExtremo {
     windows::Asa puerto_;
 };
 
-class PuertoWindows : public testing::Test {
+class PuertoWindows : public PuertoConCola {
  protected:
-    std::unique_ptr<PuertoAsio> nuevoPuerto(const std::string& dispositivo) {
-        return std::make_unique<PuertoAsio>(
-            [this](std::function<void()> aviso) { cola_.poner(std::move(aviso)); },
-            [dispositivo](int16_t) { return dispositivo; });
-    }
-
     std::unique_ptr<PuertoAsio> abierto(const std::string& ajustes = "9600,N,8,1") {
-        auto puerto = nuevoPuerto(cable_);
-        puerto->Settings(ajustes);
-        puerto->PortOpen(true);
-        puerto->OnComm.conectar([this] { ++avisos_; });
-        return puerto;
-    }
-
-    std::string recibir(PuertoAsio& puerto, std::size_t cuantos) {
-        std::string recibido;
-        cola_.hasta([&] {
-            recibido += puerto.Input();
-            return recibido.size() >= cuantos;
-        });
-        return recibido;
-    }
-
-    std::string errorAlAbrir(const std::string& dispositivo) {
-        const auto puerto = nuevoPuerto(dispositivo);
-        try {
-            puerto->PortOpen(true);
-        } catch (const ErrorPuerto& error) {
-            EXPECT_FALSE(puerto->PortOpen());
-            return error.what();
-        }
-        return "";
+        return abiertoEn(cable_, ajustes);
     }
 
     void SetUp() override { ASSERT_FALSE(cable_.empty()) << "BN_CABLE_1 names no port"; }
@@ -129,18 +98,10 @@ class PuertoWindows : public testing::Test {
     }
 
     const std::string cable_ = variable("BN_CABLE_1");
-    ColaDeInterfaz cola_;
     OtroExtremo otro_{variable("BN_CABLE_2")};
-    int avisos_ = 0;
 };
 
-std::string todosLosBytes() {
-    std::string bytes(1024, '\0');
-    for (std::size_t i = 0; i < bytes.size(); ++i) {
-        bytes[i] = static_cast<char>((i * 7 + i / 256) % 256);
-    }
-    return bytes;
-}
+std::string todosLosBytes() { return bytesVariados(1024); }
 
 TEST_F(PuertoWindows, CarriesEveryByteValueUnchangedBothWays) {
     const auto puerto = abierto();

@@ -10,29 +10,25 @@
 #include <system_error>
 #include <utility>
 
+#include "platform/windows/Asa.h"
+
 namespace bn::simulador {
 
 namespace {
+
+using windows::Asa;
 
 [[noreturn]] void fallar(const std::string& que) {
     const auto error = static_cast<int>(::GetLastError());
     throw ErrorLinea(que + ": " + std::system_category().message(error));
 }
 
-/// A handle of the system's, closed with its owner.
-class Asa {
- public:
-    Asa(HANDLE asa, const std::string& que) : asa_(asa) {
-        if (asa == nullptr || asa == INVALID_HANDLE_VALUE) fallar(que);
-    }
-    Asa(const Asa&) = delete;
-    Asa& operator=(const Asa&) = delete;
-    ~Asa() { ::CloseHandle(asa_); }
-    HANDLE get() const { return asa_; }
-
- private:
-    HANDLE asa_;
-};
+/// Takes over what a call has answered; que is what was asked of it.
+Asa exigida(HANDLE asa, const std::string& que) {
+    Asa tomada(asa);
+    if (!tomada) fallar(que);
+    return tomada;
+}
 
 constexpr const wchar_t* kParo = L"Local\\bnDX5-simulador-";
 
@@ -94,8 +90,9 @@ Instante ahora() {
 }
 
 struct Paro::Interior {
-    Asa suceso{::CreateEventW(nullptr, TRUE, FALSE, nombreDelParo().c_str()), "CreateEvent"};
-    Asa reloj{nuevoReloj(), "CreateWaitableTimer"};
+    Asa suceso =
+        exigida(::CreateEventW(nullptr, TRUE, FALSE, nombreDelParo().c_str()), "CreateEvent");
+    Asa reloj = exigida(nuevoReloj(), "CreateWaitableTimer");
 };
 
 Paro::Paro() : interior_(std::make_unique<Interior>()) {
@@ -119,9 +116,10 @@ bool Paro::dormirHasta(Instante cuando) {
 struct Linea::Interior {
     explicit Interior(const std::string& nombre)
         : ruta(nombre),
-          puerto(::CreateFileW(nombreDelSistema(nombre).c_str(), GENERIC_READ | GENERIC_WRITE, 0,
-                               nullptr, OPEN_EXISTING, FILE_FLAG_OVERLAPPED, nullptr),
-                 "No se puede abrir " + nombre) {}
+          puerto(
+              exigida(::CreateFileW(nombreDelSistema(nombre).c_str(), GENERIC_READ | GENERIC_WRITE,
+                                    0, nullptr, OPEN_EXISTING, FILE_FLAG_OVERLAPPED, nullptr),
+                      "No se puede abrir " + nombre)) {}
     Interior(const Interior&) = delete;
     Interior& operator=(const Interior&) = delete;
     ~Interior() {
@@ -158,9 +156,9 @@ struct Linea::Interior {
 
     std::string ruta;
     Asa puerto;
-    Asa hayLectura{::CreateEventW(nullptr, TRUE, FALSE, nullptr), "CreateEvent"};
-    Asa hayEscritura{::CreateEventW(nullptr, TRUE, FALSE, nullptr), "CreateEvent"};
-    Asa reloj{nuevoReloj(), "CreateWaitableTimer"};
+    Asa hayLectura = exigida(::CreateEventW(nullptr, TRUE, FALSE, nullptr), "CreateEvent");
+    Asa hayEscritura = exigida(::CreateEventW(nullptr, TRUE, FALSE, nullptr), "CreateEvent");
+    Asa reloj = exigida(nuevoReloj(), "CreateWaitableTimer");
     OVERLAPPED lectura{};
     char delante = 0;
     bool leyendo = false;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "destinations/ReglaDeLinea.h"
+#include "ventanas/ReglaDeLinea.h"
 
 #include <QFontDatabase>
 #include <QPainter>
