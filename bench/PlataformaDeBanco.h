@@ -71,7 +71,7 @@ class PlataformaDeBanco : public Plataforma {
         return std::make_unique<RelojParado>();
     }
     std::unique_ptr<excel::Application> nuevaAplicacionExcel(bool /*porIdentificador*/) override {
-        return xls::nuevaAplicacionInterna([] { return kAhora; });
+        return xls::nuevaAplicacionInterna([] { return kAhora; }, disco());
     }
     double ahora() const override { return kAhora; }
     /// A benchmark that meets an error has measured nothing.

@@ -140,7 +140,7 @@ void ArchivoIni::Guardar() {
         cp1252_ = cabeEnCp1252(texto) && (!esUtf8Valido(enCp1252) || enCp1252 == texto);
         texto = cp1252_ ? enCp1252 : texto;
     }
-    ficheros::reemplazar(ruta_, conMarca_ ? std::string(kMarcaUtf8) + texto : texto);
+    ficheros::reemplazar(disco_, ruta_, conMarca_ ? std::string(kMarcaUtf8) + texto : texto);
 }
 
 void ArchivoIni::leerFichero() {
@@ -150,7 +150,7 @@ void ArchivoIni::leerFichero() {
     bloques_.assign(1, Bloque{});
     std::string contenido;
     try {
-        contenido = ficheros::leer(ruta_).value_or("");
+        contenido = ficheros::leer(disco_, ruta_).value_or("");
     } catch (...) {
         leido_ = false;
         throw;

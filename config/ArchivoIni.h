@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/Disco.h"
+
 namespace bn {
 
 /// A settings file in the usual INI syntax. Keys, sections, comments and blank lines that are not
@@ -19,6 +21,8 @@ namespace bn {
 /// blank is therefore written, and read back, between double quotation marks.
 class ArchivoIni {
  public:
+    explicit ArchivoIni(Disco& disco) : disco_(disco) {}
+
     /// The file that the operations below work on. It is read once, when first needed.
     void Fichero(const std::filesystem::path& ruta);
     /// The section that they work in, letter case ignored.
@@ -48,6 +52,7 @@ class ArchivoIni {
     void ponerLinea(std::string_view linea);
     Lugar buscar(std::string_view clave);
 
+    Disco& disco_;
     std::filesystem::path ruta_;
     std::string seccion_;
     bool leido_ = false;

@@ -166,6 +166,10 @@ constexpr std::array<Clave, 14> kClaves = {{
      }},
 }};
 
+// Stands in the file only where it has ever been true.
+constexpr const char* kSeccionEnFalta = "Excel";
+constexpr const char* kClaveEnFalta = "EnFalta";
+
 std::string situar(const std::filesystem::path& ini, const Clave& clave, const char* causa) {
     return ficheros::aTexto(ini) + ": [" + clave.seccion + "] " + clave.nombre + ": " + causa;
 }
@@ -192,8 +196,8 @@ CamposSetup PorDefecto(const Plataforma& plataforma) {
     return campos;
 }
 
-void LeerIni(CamposSetup& campos, const std::filesystem::path& ini) {
-    ArchivoIni archivo;
+void LeerIni(CamposSetup& campos, Disco& disco, const std::filesystem::path& ini) {
+    ArchivoIni archivo(disco);
     archivo.Fichero(ini);
     for (const Clave& clave : kClaves) {
         archivo.Seccion(clave.seccion);
@@ -209,14 +213,20 @@ void LeerIni(CamposSetup& campos, const std::filesystem::path& ini) {
             throw std::runtime_error(situar(ini, clave, error.what()));
         }
     }
+    archivo.Seccion(kSeccionEnFalta);
+    campos.excelEnFalta = !campos.usoExcel && aBooleano(archivo.Leer(kClaveEnFalta));
 }
 
-void GrabarIni(const CamposSetup& campos, const std::filesystem::path& ini) {
-    ArchivoIni archivo;
+void GrabarIni(const CamposSetup& campos, Disco& disco, const std::filesystem::path& ini) {
+    ArchivoIni archivo(disco);
     archivo.Fichero(ini);
     for (const Clave& clave : kClaves) {
         archivo.Seccion(clave.seccion);
         archivo.Escribir(clave.nombre, clave.escribir(campos));
+    }
+    archivo.Seccion(kSeccionEnFalta);
+    if (campos.excelEnFalta || !archivo.Leer(kClaveEnFalta).empty()) {
+        archivo.Escribir(kClaveEnFalta, deBooleano(campos.excelEnFalta));
     }
     archivo.Guardar();
 }

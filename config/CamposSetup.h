@@ -31,6 +31,8 @@ struct CampoDeTexto {
     int16_t posicion;
     int16_t largo;
     std::string formato;
+
+    bool operator==(const CampoDeTexto&) const = default;
 };
 
 /// Everything that "bnDX5.ini" holds, as it is held there, unchecked. The two paths apart, each
@@ -51,6 +53,7 @@ struct CamposSetup {
     std::string libroExcel;
     std::string hojaExcel = "Pesadas";
     std::array<int16_t, kCamposPesada> columnaExcel = {1, 2, 3, 4, 5, 6, 7, 8};
+    bool excelEnFalta = false;
     bool usoTexto = true;
     std::string archivoTexto;
     std::array<CampoDeTexto, kCamposPesada> texto = {{{1, 16, "dd/mm/yyyy hh:nn"},
@@ -69,9 +72,9 @@ CamposSetup PorDefecto(const Plataforma& plataforma);
 /// Overlays what the file holds; a missing or empty key changes nothing. Throws, naming the file,
 /// the key and the value, std::overflow_error for a number too large for its field,
 /// std::runtime_error for a text column without its width, and ErrorFichero.
-void LeerIni(CamposSetup& campos, const std::filesystem::path& ini);
+void LeerIni(CamposSetup& campos, Disco& disco, const std::filesystem::path& ini);
 
 /// Writes every key; what else the file holds stays. Throws ErrorFichero.
-void GrabarIni(const CamposSetup& campos, const std::filesystem::path& ini);
+void GrabarIni(const CamposSetup& campos, Disco& disco, const std::filesystem::path& ini);
 
 }  // namespace bn

@@ -10,9 +10,9 @@
 namespace bn {
 namespace {
 
-std::string leerClave(const std::filesystem::path& ini, const std::string& seccion,
+std::string leerClave(Disco& disco, const std::filesystem::path& ini, const std::string& seccion,
                       const std::string& clave) {
-    ArchivoIni archivo;
+    ArchivoIni archivo(disco);
     archivo.Fichero(ini);
     archivo.Seccion(seccion);
     return archivo.Leer(clave);
@@ -24,12 +24,12 @@ std::filesystem::path rutaDelIni(const Plataforma& plataforma) {
     return plataforma.carpetaPrograma() / "bnDX5.ini";
 }
 
-std::string dispositivoDePuerto(const std::filesystem::path& ini, int16_t canal) {
-    return leerClave(ini, "Puertos", std::to_string(canal));
+std::string dispositivoDePuerto(Disco& disco, const std::filesystem::path& ini, int16_t canal) {
+    return leerClave(disco, ini, "Puertos", std::to_string(canal));
 }
 
-std::string motorExcel(const std::filesystem::path& ini) {
-    const std::string motor = mayusculas(leerClave(ini, "Excel", "Motor"));
+std::string motorExcel(Disco& disco, const std::filesystem::path& ini) {
+    const std::string motor = mayusculas(leerClave(disco, ini, "Excel", "Motor"));
     for (const char* conocido : {"excel", "interno", "ninguno"}) {
         if (motor == mayusculas(conocido)) {
             return conocido;

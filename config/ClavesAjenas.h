@@ -16,10 +16,10 @@ std::filesystem::path rutaDelIni(const Plataforma& plataforma);
 
 /// The device that section [Puertos] gives to a channel, as "1=/dev/serial/by-id/..."; "" when it
 /// gives none. Throws ErrorFichero.
-std::string dispositivoDePuerto(const std::filesystem::path& ini, int16_t canal);
+std::string dispositivoDePuerto(Disco& disco, const std::filesystem::path& ini, int16_t canal);
 
 /// Key Motor of section [Excel] in small letters: "auto", "excel", "interno" or "ninguno"; "auto"
 /// when it is missing or anything else. Throws ErrorFichero.
-std::string motorExcel(const std::filesystem::path& ini);
+std::string motorExcel(Disco& disco, const std::filesystem::path& ini);
 
 }  // namespace bn

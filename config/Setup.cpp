@@ -83,7 +83,7 @@ void quitar(CampoDeTexto& campo) { campo = {0, 0, ""}; }
 }  // namespace
 
 Setup::Setup(Plataforma& plataforma) : plataforma_(plataforma), campos_(PorDefecto(plataforma)) {
-    LeerIni(campos_, rutaDelIni(plataforma_));
+    LeerIni(campos_, plataforma_.disco(), rutaDelIni(plataforma_));
 }
 
 void Setup::Abandonar() { abandonado_ = true; }
@@ -171,7 +171,21 @@ bool Setup::EjecutarMinimizado() const { return campos_.ejecutarMinimizado; }
 void Setup::EjecutarMinimizado(bool valor) { campos_.ejecutarMinimizado = valor; }
 
 bool Setup::UsoExcel() const { return campos_.usoExcel; }
-void Setup::UsoExcel(bool valor) { campos_.usoExcel = valor; }
+void Setup::UsoExcel(bool valor) {
+    campos_.usoExcel = valor;
+    campos_.excelEnFalta = false;
+}
+
+bool Setup::ExcelEnFalta() const { return campos_.excelEnFalta; }
+
+void Setup::ExcelEnFalta(bool falta) {
+    if (falta && campos_.usoExcel) {
+        UsoExcel(false);
+        campos_.excelEnFalta = true;
+    } else if (!falta && campos_.excelEnFalta) {
+        UsoExcel(true);
+    }
+}
 
 std::string Setup::LibroExcel() const { return campos_.usoExcel ? campos_.libroExcel : ""; }
 
@@ -261,6 +275,6 @@ void Setup::Formato(int32_t campo, const std::string& valor) {
     }
 }
 
-void Setup::Update() { GrabarIni(campos_, rutaDelIni(plataforma_)); }
+void Setup::Update() { GrabarIni(campos_, plataforma_.disco(), rutaDelIni(plataforma_)); }
 
 }  // namespace bn

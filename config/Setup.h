@@ -65,6 +65,12 @@ class Setup {
     /// Whether the worksheet destination is in use.
     bool UsoExcel() const;
     void UsoExcel(bool valor);
+    /// Whether it is not because the program itself has switched it off, where no spreadsheet
+    /// application could be started: weighings go there all the same, once one can.
+    bool ExcelEnFalta() const;
+    /// True switches the destination off, false on again; only what the program has switched off
+    /// comes back.
+    void ExcelEnFalta(bool falta);
     /// "" when the destination is not in use; setting "" switches it off. So the next two.
     std::string LibroExcel() const;
     void LibroExcel(const std::string& valor);

@@ -37,13 +37,13 @@ class MSComm {
     virtual void Output(const std::string& bytes) = 0;
     /// Everything received so far, and empties it.
     virtual std::string Input() = 0;
-    /// 0 discards what was received and not yet read; right after Output only what had arrived
-    /// before it, for the answer may be there already.
+    /// 0 discards what was received and not yet read.
     virtual void InBufferCount(int16_t cero) = 0;
     /// Why OnComm was raised; kComEvReceive when characters have arrived.
     virtual int16_t CommEvent() const = 0;
 
-    /// Delivered on the user-interface thread, as soon as one character has arrived.
+    /// Delivered on the user-interface thread, as soon as one character has arrived; for what has
+    /// come in one piece once for each carriage return, and once more for a rest without.
     Evento<> OnComm;
 };
 

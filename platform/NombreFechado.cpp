@@ -30,13 +30,13 @@ std::string sello(double fechaHora) {
 
 }  // namespace
 
-std::filesystem::path nombreFechado(const std::filesystem::path& comienzo, double fechaHora,
-                                    const std::string& final) {
+std::filesystem::path nombreFechado(Disco& disco, const std::filesystem::path& comienzo,
+                                    double fechaHora, const std::string& final) {
     std::filesystem::path base = comienzo;
     base += sello(fechaHora);
     std::filesystem::path libre = base;
     libre += final;
-    for (int n = 2; ficheros::existe(libre); ++n) {
+    for (int n = 2; ficheros::existe(disco, libre); ++n) {
         libre = base;
         libre += "-" + std::to_string(n) + final;
     }

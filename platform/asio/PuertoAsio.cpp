@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/asio/PuertoAsio.h"
 
+#include <algorithm>
 #include <array>
 #include <asio/executor_work_guard.hpp>
 #include <asio/io_context.hpp>
@@ -56,17 +57,12 @@ class PuertoAsio::Apertura : public std::enable_shared_from_this<Apertura> {
         return linea_ != nullptr;
     }
 
-    /// Writes straight away what the line takes; the helper thread sends the rest. What had arrived
-    /// before is told apart from what answers.
+    /// Writes straight away what the line takes; the helper thread sends the rest.
     void enviar(std::string_view bytes) {
-        recogerPendiente();
         const std::scoped_lock cerrojo(cerrojo_);
         if (!linea_) {
             return;
         }
-        // A flood cannot be told apart: the discard after it forgets everything.
-        anterior_.reset();
-        if (recibido_.size() < kMaximoRecibido) anterior_ = recibido_.size();
         if (porEnviar_.empty()) {
             bytes.remove_prefix(escribir(bytes));
         }
@@ -83,50 +79,41 @@ class PuertoAsio::Apertura : public std::enable_shared_from_this<Apertura> {
     std::string tomarRecibido() {
         const std::scoped_lock cerrojo(cerrojo_);
         std::string tomado = std::exchange(recibido_, {});
-        anterior_.reset();
         reanudarLectura();
         return tomado;
     }
 
     /// Takes what waits in the line, and tells of it.
     void recogerPendiente() {
-        std::uint64_t descartes = 0;
+        Avisos avisos;
         {
             const std::scoped_lock cerrojo(cerrojo_);
             if (!linea_ || recibido_.size() >= kMaximoRecibido) return;
             const std::size_t antes = recibido_.size();
             if (!leerLoQueEspera()) return soltarLinea();
-            if (recibido_.size() == antes) return;
-            descartes = descartes_;
+            avisos = avisosDe(antes);
         }
-        avisar(descartes);
+        avisar(avisos);
     }
 
-    /// Right after a transmission, only what had arrived before it: an indicator that is quick
-    /// enough may have answered meanwhile, and the answer to what was sent is not to be lost. On a
-    /// wire no answer comes that soon; on a line of software it does.
     void descartarRecibido() {
-        std::uint64_t descartes = 0;
-        {
-            const std::scoped_lock cerrojo(cerrojo_);
-            descartes = ++descartes_;
-            if (anterior_) {
-                recibido_.erase(0, *anterior_);
-                anterior_.reset();
-            } else {
-                if (linea_) linea_->descartarRecibido();
-                recibido_.clear();
-            }
-            reanudarLectura();
-            if (recibido_.empty()) return;
-        }
-        avisar(descartes);
+        const std::scoped_lock cerrojo(cerrojo_);
+        ++descartes_;
+        if (linea_) linea_->descartarRecibido();
+        recibido_.clear();
+        reanudarLectura();
     }
 
  private:
+    /// What has to be told of bytes that have arrived, unless they are discarded before.
+    struct Avisos {
+        std::size_t cuantos = 0;
+        std::uint64_t descartes = 0;
+    };
+
     /// Helper thread: takes what waits in the line and tells the user-interface thread.
     void puedeLeer(bool funciona) {
-        std::uint64_t descartes = 0;
+        Avisos avisos;
         {
             const std::scoped_lock cerrojo(cerrojo_);
             if (!linea_) {
@@ -137,18 +124,16 @@ class PuertoAsio::Apertura : public std::enable_shared_from_this<Apertura> {
             if (!leidos) {
                 return soltarLinea();
             }
+            const std::size_t antes = recibido_.size();
             recibido_.append(trozo_.data(), *leidos);
-            descartes = descartes_;
+            avisos = avisosDe(antes);
             if (recibido_.size() < kMaximoRecibido) {
                 esperarLectura();
             } else {
                 lecturaParada_ = true;
             }
-            if (*leidos == 0) {
-                return;
-            }
         }
-        avisar(descartes);
+        avisar(avisos);
     }
 
     /// False when the line is gone.
@@ -163,14 +148,25 @@ class PuertoAsio::Apertura : public std::enable_shared_from_this<Apertura> {
         return true;
     }
 
-    /// Every chunk gets its own OnComm, also when an earlier one has taken its bytes along; one
-    /// whose bytes were discarded, or whose opening is over, gets none.
-    void avisar(std::uint64_t descartes) {
-        enInterfaz_([yo = weak_from_this(), descartes, &puerto = puerto_] {
-            if (vale(yo, descartes)) {
-                puerto.OnComm();
-            }
-        });
+    /// One for each carriage return, and one for a rest without: who takes one frame at each OnComm
+    /// leaves none behind, however many come in one chunk.
+    Avisos avisosDe(std::size_t desde) const {
+        const auto nuevo = std::string_view(recibido_).substr(desde);
+        const auto finales = static_cast<std::size_t>(std::count(nuevo.begin(), nuevo.end(), '\r'));
+        const bool resto = !nuevo.empty() && nuevo.back() != '\r';
+        return {finales + (resto ? 1 : 0), descartes_};
+    }
+
+    /// Every notification is delivered, also when an earlier one has taken its bytes along; one
+    /// whose bytes were discarded, or whose opening is over, is not.
+    void avisar(Avisos avisos) {
+        for (std::size_t i = 0; i < avisos.cuantos; ++i) {
+            enInterfaz_([yo = weak_from_this(), descartes = avisos.descartes, &puerto = puerto_] {
+                if (vale(yo, descartes)) {
+                    puerto.OnComm();
+                }
+            });
+        }
     }
 
     /// User-interface thread, the only one on which an opening ends: while there is one, there is
@@ -181,9 +177,7 @@ class PuertoAsio::Apertura : public std::enable_shared_from_this<Apertura> {
             return false;
         }
         const std::scoped_lock cerrojo(yo->cerrojo_);
-        if (yo->descartes_ != descartes) return false;
-        yo->anterior_.reset();  // whoever discards now knows of all that has arrived
-        return true;
+        return yo->descartes_ == descartes;
     }
 
     /// Helper thread: goes on with the queue.
@@ -242,8 +236,7 @@ class PuertoAsio::Apertura : public std::enable_shared_from_this<Apertura> {
     mutable std::mutex cerrojo_;
     std::unique_ptr<Linea> linea_;  // none: closed, or vanished
     std::string recibido_;
-    std::optional<std::size_t> anterior_;  // how much of it had arrived before the last sending
-    std::string porEnviar_;                // not empty: the line is being waited for
+    std::string porEnviar_;  // not empty: the line is being waited for
     std::uint64_t descartes_ = 0;
     bool lecturaParada_ = false;
 

@@ -107,7 +107,7 @@ void ponerEnArranque(bool activo, const fs::path& programa) {
     if (error) {
         fallar(entrada.parent_path(), error);
     }
-    ficheros::reemplazar(entrada,
+    ficheros::reemplazar(discoDelSistema(), entrada,
                          "[Desktop Entry]\n"
                          "Type=Application\n"
                          "Name=Indicador Balnor DX5\n"

@@ -15,7 +15,7 @@ class PruebaArchivoIni : public testing::Test {
  protected:
     /// A fresh reader: what another program would find.
     std::string leer(const std::string& seccion, const std::string& clave) const {
-        ArchivoIni archivo;
+        ArchivoIni archivo(discoDelSistema());
         archivo.Fichero(ruta);
         archivo.Seccion(seccion);
         return archivo.Leer(clave);
@@ -23,7 +23,7 @@ class PruebaArchivoIni : public testing::Test {
 
     void escribir(const std::string& seccion, const std::string& clave,
                   const std::string& valor) const {
-        ArchivoIni archivo;
+        ArchivoIni archivo(discoDelSistema());
         archivo.Fichero(ruta);
         archivo.Seccion(seccion);
         archivo.Escribir(clave, valor);
@@ -111,7 +111,7 @@ TEST_F(ArchivoIniLee, LinesThatMakeNoSenseAreSkipped) {
 }
 
 TEST_F(ArchivoIniLee, TheFileOnceWhenFirstNeeded) {
-    ArchivoIni archivo;
+    ArchivoIni archivo(discoDelSistema());
     archivo.Fichero(ruta);
     archivo.Seccion("A");
     prueba::escribirFichero(ruta, "[A]\nk=1\n");
@@ -124,7 +124,7 @@ TEST_F(ArchivoIniLee, TheFileOnceWhenFirstNeeded) {
 
 TEST_F(ArchivoIniLee, AnUnreadableFileIsAnErrorEveryTime) {
     std::filesystem::create_directory(ruta);
-    ArchivoIni archivo;
+    ArchivoIni archivo(discoDelSistema());
     archivo.Fichero(ruta);
     archivo.Seccion("A");
     EXPECT_THROW(archivo.Leer("k"), ErrorFichero);
@@ -134,7 +134,7 @@ TEST_F(ArchivoIniLee, AnUnreadableFileIsAnErrorEveryTime) {
 }
 
 TEST_F(ArchivoIniEscribe, NothingToTheFileBeforeGuardar) {
-    ArchivoIni archivo;
+    ArchivoIni archivo(discoDelSistema());
     archivo.Fichero(ruta);
     archivo.Seccion("A");
     archivo.Escribir("k", "1");
@@ -148,7 +148,7 @@ TEST_F(ArchivoIniEscribe, NothingToTheFileBeforeGuardar) {
 }
 
 TEST_F(ArchivoIniEscribe, ANewFileWithoutMarkAndBlankLines) {
-    ArchivoIni archivo;
+    ArchivoIni archivo(discoDelSistema());
     archivo.Fichero(ruta);
     archivo.Seccion("Añada");
     archivo.Escribir("k", "1");
@@ -233,14 +233,14 @@ TEST_F(ArchivoIniEscribe, QuotationMarksOnlyWhereOuterBlanksNeedThem) {
 
 TEST_F(ArchivoIniEscribe, TheFileAlsoWhenNothingWasSet) {
     prueba::escribirFichero(ruta, "[A]\nk=1");
-    ArchivoIni archivo;
+    ArchivoIni archivo(discoDelSistema());
     archivo.Fichero(ruta);
     archivo.Guardar();
     EXPECT_EQ(prueba::leerFichero(ruta), "[A]\r\nk=1\r\n");
 }
 
 TEST_F(ArchivoIniEscribe, NothingWhenTheFileCannotBeReplaced) {
-    ArchivoIni archivo;
+    ArchivoIni archivo(discoDelSistema());
     archivo.Fichero(carpeta / "missing" / "a.ini");
     archivo.Seccion("A");
     archivo.Escribir("k", "1");
@@ -310,7 +310,7 @@ TEST_P(ArchivoIniAguanta, AHugeFileOfGarbage) {
     }
     prueba::escribirFichero(ruta, basura);
     const auto inicio = std::chrono::steady_clock::now();
-    ArchivoIni archivo;
+    ArchivoIni archivo(discoDelSistema());
     archivo.Fichero(ruta);
     archivo.Seccion("General");
     EXPECT_EQ(archivo.Leer("k"), "1");

@@ -20,6 +20,9 @@
 namespace bn {
 namespace {
 
+Disco& sistema = discoDelSistema();
+
+using prueba::causaDe;
 using prueba::errorDe;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -47,6 +50,26 @@ class DiscoQueSeLlena {
     void (*senal_)(int) = nullptr;
 };
 
+/// While it lives the test is no superuser, whom no permission stops.
+class UsuarioCorriente {
+ public:
+    UsuarioCorriente() {
+        if (superusuario_) {
+            EXPECT_EQ(::seteuid(65534), 0);
+        }
+    }
+    UsuarioCorriente(const UsuarioCorriente&) = delete;
+    UsuarioCorriente& operator=(const UsuarioCorriente&) = delete;
+    ~UsuarioCorriente() {
+        if (superusuario_) {
+            EXPECT_EQ(::seteuid(0), 0);
+        }
+    }
+
+ private:
+    bool superusuario_ = ::geteuid() == 0;
+};
+
 mode_t permisos(const std::filesystem::path& ruta) {
     struct stat datos {};
     EXPECT_EQ(::stat(ruta.c_str(), &datos), 0);
@@ -68,10 +91,10 @@ TEST(FicherosLinux, AnadirThatDoesNotFitLeavesTheFileAsItWas) {
     prueba::escribirFichero(ruta, std::string(100, 'a'));
     {
         const DiscoQueSeLlena disco(150);
-        EXPECT_EQ(errorDe([&] { ficheros::anadir(ruta, std::string(60, 'b')); }),
+        EXPECT_EQ(errorDe([&] { ficheros::anadir(sistema, ruta, std::string(60, 'b')); }),
                   ficheros::aTexto(ruta) + ": demasiado grande");
         EXPECT_EQ(prueba::leerFichero(ruta), std::string(100, 'a'));
-        EXPECT_EQ(errorDe([&] { ficheros::anadir(ruta, std::string(50, 'c')); }), "");
+        EXPECT_EQ(errorDe([&] { ficheros::anadir(sistema, ruta, std::string(50, 'c')); }), "");
     }
     EXPECT_EQ(prueba::leerFichero(ruta), std::string(100, 'a') + std::string(50, 'c'));
 }
@@ -81,7 +104,7 @@ TEST(FicherosLinux, AnAnexoThatFillsTheDiskLosesOnlyTheLineThatDoesNotFit) {
     const auto ruta = carpeta / "a.txt";
     {
         const DiscoQueSeLlena disco(10);
-        ficheros::Anexo anexo(ruta);
+        ficheros::Anexo anexo(sistema, ruta);
         anexo.escribir("123456\r\n");
         EXPECT_NE(errorDe([&] { anexo.escribir("789\r\n"); }), "");
         EXPECT_EQ(prueba::leerFichero(ruta), "123456\r\n");
@@ -97,7 +120,7 @@ TEST(FicherosLinux, ReemplazarThatDoesNotFitKeepsTheOldFileAndLeavesNoTemporary)
     prueba::escribirFichero(ruta, "old");
     {
         const DiscoQueSeLlena disco(1000);
-        EXPECT_EQ(errorDe([&] { ficheros::reemplazar(ruta, std::string(1001, 'x')); }),
+        EXPECT_EQ(errorDe([&] { ficheros::reemplazar(sistema, ruta, std::string(1001, 'x')); }),
                   ficheros::aTexto(ruta) + ": demasiado grande");
     }
     EXPECT_EQ(prueba::leerFichero(ruta), "old");
@@ -105,20 +128,37 @@ TEST(FicherosLinux, ReemplazarThatDoesNotFitKeepsTheOldFileAndLeavesNoTemporary)
 }
 
 TEST(FicherosLinux, AFullDeviceIsAFullDisk) {
-    EXPECT_EQ(errorDe([] { ficheros::anadir("/dev/full", "x"); }),
+    EXPECT_EQ(errorDe([] { ficheros::anadir(sistema, "/dev/full", "x"); }),
               "/dev/full: el disco está lleno");
-    ficheros::Anexo anexo("/dev/full");
+    ficheros::Anexo anexo(sistema, "/dev/full");
     EXPECT_EQ(errorDe([&] { anexo.escribir("x"); }), "/dev/full: el disco está lleno");
 }
 
+TEST(FicherosLinux, CausesAreToldApart) {
+    using Causa = ErrorFichero::Causa;
+    EXPECT_EQ(causaDe([] { ficheros::anadir(sistema, "/dev/full", "x"); }), Causa::kLleno);
+    EXPECT_EQ(causaDe([] { ficheros::leer(sistema, "/proc/self/mem"); }), Causa::kAveria);
+    EXPECT_EQ(causaDe([] { ficheros::anadir(sistema, "/proc/self/no/a.txt", "x"); }),
+              Causa::kNoExiste);
+    const prueba::CarpetaTemporal carpeta;
+    prueba::escribirFichero(carpeta / "a.txt", "x");
+    ASSERT_EQ(::chmod((carpeta / "a.txt").c_str(), 0), 0);
+    ASSERT_EQ(::chmod(carpeta.ruta().c_str(), 0755), 0);
+    const UsuarioCorriente usuario;
+    EXPECT_EQ(causaDe([&] { ficheros::leer(sistema, carpeta / "a.txt"); }), Causa::kSinPermiso);
+    EXPECT_EQ(causaDe([&] { ficheros::largo(sistema, carpeta / "a.txt"); }), Causa::kSinPermiso);
+    EXPECT_EQ(causaDe([&] { ficheros::crearVacio(sistema, carpeta / "b.txt"); }),
+              Causa::kSinPermiso);
+}
+
 TEST(FicherosLinux, WhatCannotBeFlushedIsNotAnError) {
-    EXPECT_EQ(errorDe([] { ficheros::anadir("/dev/null", "x"); }), "");
+    EXPECT_EQ(errorDe([] { ficheros::anadir(sistema, "/dev/null", "x"); }), "");
     const prueba::CarpetaTemporal carpeta;
     const auto ruta = carpeta / "tubo";
     ASSERT_EQ(::mkfifo(ruta.c_str(), 0600), 0);
     const int lector = ::open(ruta.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     ASSERT_NE(lector, -1);
-    EXPECT_EQ(errorDe([&] { ficheros::anadir(ruta, "abc"); }), "");
+    EXPECT_EQ(errorDe([&] { ficheros::anadir(sistema, ruta, "abc"); }), "");
     std::array<char, 8> leido{};
     EXPECT_EQ(::read(lector, leido.data(), leido.size()), 3);
     ::close(lector);
@@ -128,7 +168,7 @@ TEST(FicherosLinux, ReemplazarNeverPutsAFileInThePlaceOfADevice) {
     const prueba::CarpetaTemporal carpeta;
     const auto ruta = carpeta / "tubo";
     ASSERT_EQ(::mkfifo(ruta.c_str(), 0600), 0);
-    EXPECT_THAT(errorDe([&] { ficheros::reemplazar(ruta, "x"); }), HasSubstr("tubo: "));
+    EXPECT_THAT(errorDe([&] { ficheros::reemplazar(sistema, ruta, "x"); }), HasSubstr("tubo: "));
     EXPECT_TRUE(std::filesystem::is_fifo(ruta));
     EXPECT_THAT(carpeta.nombres(), ElementsAre("tubo"));
 }
@@ -138,7 +178,7 @@ TEST(FicherosLinux, ReemplazarKeepsThePermissionsOfTheOldFile) {
     for (const mode_t modo : {0600U, 0644U, 0666U, 0640U}) {
         prueba::escribirFichero(carpeta / "a.ini", "old");
         ASSERT_EQ(::chmod((carpeta / "a.ini").c_str(), modo), 0);
-        ficheros::reemplazar(carpeta / "a.ini", "new");
+        ficheros::reemplazar(sistema, carpeta / "a.ini", "new");
         EXPECT_EQ(permisos(carpeta / "a.ini"), modo);
     }
 }
@@ -146,8 +186,8 @@ TEST(FicherosLinux, ReemplazarKeepsThePermissionsOfTheOldFile) {
 TEST(FicherosLinux, ANewFileHasTheUsualPermissions) {
     const prueba::CarpetaTemporal carpeta;
     const mode_t mascara = ::umask(022);
-    ficheros::reemplazar(carpeta / "a.ini", "new");
-    ficheros::anadir(carpeta / "b.txt", "new");
+    ficheros::reemplazar(sistema, carpeta / "a.ini", "new");
+    ficheros::anadir(sistema, carpeta / "b.txt", "new");
     ::umask(mascara);
     EXPECT_EQ(permisos(carpeta / "a.ini"), 0644U);
     EXPECT_EQ(permisos(carpeta / "b.txt"), 0644U);
@@ -161,32 +201,12 @@ TEST(FicherosLinux, ReemplazarKeepsTheOwnerWhereItMay) {
     const auto ruta = carpeta / "a.ini";
     prueba::escribirFichero(ruta, "old");
     ASSERT_EQ(::chown(ruta.c_str(), 12345, 23456), 0);
-    ficheros::reemplazar(ruta, "new");
+    ficheros::reemplazar(sistema, ruta, "new");
     struct stat datos {};
     ASSERT_EQ(::stat(ruta.c_str(), &datos), 0);
     EXPECT_EQ(datos.st_uid, 12345U);
     EXPECT_EQ(datos.st_gid, 23456U);
 }
-
-/// While it lives the test is no superuser, whom no permission stops.
-class UsuarioCorriente {
- public:
-    UsuarioCorriente() {
-        if (superusuario_) {
-            EXPECT_EQ(::seteuid(65534), 0);
-        }
-    }
-    UsuarioCorriente(const UsuarioCorriente&) = delete;
-    UsuarioCorriente& operator=(const UsuarioCorriente&) = delete;
-    ~UsuarioCorriente() {
-        if (superusuario_) {
-            EXPECT_EQ(::seteuid(0), 0);
-        }
-    }
-
- private:
-    bool superusuario_ = ::geteuid() == 0;
-};
 
 TEST(FicherosLinux, AFileProtectedAgainstWritingIsNeitherReplacedNorAppendedTo) {
     const prueba::CarpetaTemporal carpeta;
@@ -197,10 +217,10 @@ TEST(FicherosLinux, AFileProtectedAgainstWritingIsNeitherReplacedNorAppendedTo) 
     {
         const UsuarioCorriente usuario;
         const std::string esperado = ficheros::aTexto(ruta) + ": acceso denegado";
-        EXPECT_EQ(errorDe([&] { ficheros::reemplazar(ruta, "new"); }), esperado);
-        EXPECT_EQ(errorDe([&] { ficheros::anadir(ruta, "new"); }), esperado);
-        EXPECT_EQ(errorDe([&] { ficheros::crearVacio(ruta); }), esperado);
-        EXPECT_EQ(ficheros::leer(ruta), "old");
+        EXPECT_EQ(errorDe([&] { ficheros::reemplazar(sistema, ruta, "new"); }), esperado);
+        EXPECT_EQ(errorDe([&] { ficheros::anadir(sistema, ruta, "new"); }), esperado);
+        EXPECT_EQ(errorDe([&] { ficheros::crearVacio(sistema, ruta); }), esperado);
+        EXPECT_EQ(ficheros::leer(sistema, ruta), "old");
     }
     EXPECT_EQ(prueba::leerFichero(ruta), "old");
     EXPECT_THAT(carpeta.nombres(), ElementsAre("a.ini"));
@@ -211,8 +231,8 @@ TEST(FicherosLinux, AFolderThatOnlyLetsFilesInStillTakesThem) {
     ASSERT_EQ(::chmod(carpeta.ruta().c_str(), 0333), 0);
     {
         const UsuarioCorriente usuario;
-        EXPECT_EQ(errorDe([&] { ficheros::anadir(carpeta / "a.txt", "x"); }), "");
-        EXPECT_EQ(errorDe([&] { ficheros::reemplazar(carpeta / "a.txt", "y"); }), "");
+        EXPECT_EQ(errorDe([&] { ficheros::anadir(sistema, carpeta / "a.txt", "x"); }), "");
+        EXPECT_EQ(errorDe([&] { ficheros::reemplazar(sistema, carpeta / "a.txt", "y"); }), "");
     }
     ASSERT_EQ(::chmod(carpeta.ruta().c_str(), 0700), 0);
     EXPECT_EQ(prueba::leerFichero(carpeta / "a.txt"), "y");
@@ -224,7 +244,7 @@ TEST(FicherosLinux, ReemplazarFollowsALinkAndKeepsIt) {
     prueba::escribirFichero(carpeta / "real" / "a.ini", "old");
     std::filesystem::create_symlink("real/a.ini", carpeta / "b.ini");
     std::filesystem::create_symlink(carpeta / "b.ini", carpeta / "c.ini");
-    ficheros::reemplazar(carpeta / "c.ini", "new");
+    ficheros::reemplazar(sistema, carpeta / "c.ini", "new");
     EXPECT_TRUE(std::filesystem::is_symlink(carpeta / "b.ini"));
     EXPECT_TRUE(std::filesystem::is_symlink(carpeta / "c.ini"));
     EXPECT_EQ(prueba::leerFichero(carpeta / "real" / "a.ini"), "new");
@@ -234,7 +254,7 @@ TEST(FicherosLinux, ReemplazarFollowsALinkAndKeepsIt) {
 TEST(FicherosLinux, ReemplazarFollowsALinkToNothingYet) {
     const prueba::CarpetaTemporal carpeta;
     std::filesystem::create_symlink("a.ini", carpeta / "b.ini");
-    ficheros::reemplazar(carpeta / "b.ini", "new");
+    ficheros::reemplazar(sistema, carpeta / "b.ini", "new");
     EXPECT_EQ(prueba::leerFichero(carpeta / "a.ini"), "new");
     EXPECT_TRUE(std::filesystem::is_symlink(carpeta / "b.ini"));
 }
@@ -243,24 +263,26 @@ TEST(FicherosLinux, LinksInACircleAreAnError) {
     const prueba::CarpetaTemporal carpeta;
     std::filesystem::create_symlink("b", carpeta / "a");
     std::filesystem::create_symlink("a", carpeta / "b");
-    EXPECT_THAT(errorDe([&] { ficheros::reemplazar(carpeta / "a", "x"); }),
+    EXPECT_THAT(errorDe([&] { ficheros::reemplazar(sistema, carpeta / "a", "x"); }),
                 HasSubstr("demasiados enlaces"));
-    EXPECT_THAT(errorDe([&] { ficheros::leer(carpeta / "a"); }), HasSubstr("demasiados enlaces"));
+    EXPECT_THAT(errorDe([&] { ficheros::leer(sistema, carpeta / "a"); }),
+                HasSubstr("demasiados enlaces"));
 }
 
 TEST(FicherosLinux, ANameAtTheSystemsLimitCanBeReplacedAndALongerOneIsAnError) {
     const prueba::CarpetaTemporal carpeta;
-    ficheros::reemplazar(carpeta / std::string(255, 'a'), "x");
+    ficheros::reemplazar(sistema, carpeta / std::string(255, 'a'), "x");
     EXPECT_EQ(prueba::leerFichero(carpeta / std::string(255, 'a')), "x");
-    EXPECT_THAT(errorDe([&] { ficheros::reemplazar(carpeta / std::string(256, 'a'), "x"); }),
-                HasSubstr("el nombre es demasiado largo"));
+    EXPECT_THAT(
+        errorDe([&] { ficheros::reemplazar(sistema, carpeta / std::string(256, 'a'), "x"); }),
+        HasSubstr("el nombre es demasiado largo"));
 }
 
 TEST(FicherosLinux, ALeftoverTemporaryDoesNotStandInTheWay) {
     const prueba::CarpetaTemporal carpeta;
     const std::string resto = ".bn-" + std::to_string(::getpid()) + "-0.tmp";
     prueba::escribirFichero(carpeta / resto, "of another life");
-    ficheros::reemplazar(carpeta / "a.ini", "x");
+    ficheros::reemplazar(sistema, carpeta / "a.ini", "x");
     EXPECT_EQ(prueba::leerFichero(carpeta / "a.ini"), "x");
     EXPECT_EQ(prueba::leerFichero(carpeta / resto), "of another life");
 }
@@ -270,17 +292,17 @@ TEST(FicherosLinux, AReaderNeverFindsPartOfAReplacedFile) {
     const auto ruta = carpeta / "a.ini";
     const std::string uno(100000, '1');
     const std::string dos(50000, '2');
-    ficheros::reemplazar(ruta, uno);
+    ficheros::reemplazar(sistema, ruta, uno);
     std::thread escritor([&] {
         for (int i = 0; i < 20; ++i) {
-            ficheros::reemplazar(ruta, i % 2 == 0 ? dos : uno);
+            ficheros::reemplazar(sistema, ruta, i % 2 == 0 ? dos : uno);
         }
-        ficheros::reemplazar(ruta, "end");
+        ficheros::reemplazar(sistema, ruta, "end");
     });
     std::string visto;
     bool entero = true;
     while (visto != "end") {
-        visto = ficheros::leer(ruta).value_or("missing");
+        visto = ficheros::leer(sistema, ruta).value_or("missing");
         entero = entero && (visto == uno || visto == dos || visto == "end");
     }
     escritor.join();
@@ -291,24 +313,24 @@ TEST(FicherosLinux, NoFileStaysOpenAfterAnySuccessOrFailure) {
     const prueba::CarpetaTemporal carpeta;
     const int antes = ficherosAbiertos();
     for (int i = 0; i < 3; ++i) {
-        ficheros::crearVacio(carpeta / "a.txt");
-        ficheros::anadir(carpeta / "a.txt", "x");
-        ficheros::reemplazar(carpeta / "a.txt", "x");
-        ficheros::leer(carpeta / "a.txt");
-        ficheros::Anexo(carpeta / "a.txt").escribir("x");
-        ficheros::Lineas(carpeta / "a.txt").siguiente();
-        ficheros::mover(carpeta / "a.txt", carpeta / "b.txt");
-        errorDe([&] { ficheros::leer(carpeta.ruta()); });
-        errorDe([&] { ficheros::Lineas(carpeta.ruta()).siguiente(); });
-        errorDe([&] { ficheros::anadir("/dev/full", "x"); });
-        errorDe([&] { ficheros::reemplazar(carpeta.ruta(), "x"); });
+        ficheros::crearVacio(sistema, carpeta / "a.txt");
+        ficheros::anadir(sistema, carpeta / "a.txt", "x");
+        ficheros::reemplazar(sistema, carpeta / "a.txt", "x");
+        ficheros::leer(sistema, carpeta / "a.txt");
+        ficheros::Anexo(sistema, carpeta / "a.txt").escribir("x");
+        ficheros::Lineas(sistema, carpeta / "a.txt").siguiente();
+        ficheros::mover(sistema, carpeta / "a.txt", carpeta / "b.txt");
+        errorDe([&] { ficheros::leer(sistema, carpeta.ruta()); });
+        errorDe([&] { ficheros::Lineas(sistema, carpeta.ruta()).siguiente(); });
+        errorDe([&] { ficheros::anadir(sistema, "/dev/full", "x"); });
+        errorDe([&] { ficheros::reemplazar(sistema, carpeta.ruta(), "x"); });
     }
     EXPECT_EQ(ficherosAbiertos(), antes);
 }
 
 TEST(FicherosLinux, AnOpenFileIsNotPassedOnToProgramsThatAreStarted) {
     const prueba::CarpetaTemporal carpeta;
-    const ficheros::Anexo anexo(carpeta / "a.txt");
+    const ficheros::Anexo anexo(sistema, carpeta / "a.txt");
     int heredables = 0;
     for (const auto& entrada : std::filesystem::directory_iterator("/proc/self/fd")) {
         std::error_code error;
@@ -358,7 +380,7 @@ TEST(FicherosLinux, ASignalDoesNotBreakAWriteOff) {
         }
     });
     ::setitimer(ITIMER_REAL, &cadaMilisegundo, nullptr);
-    EXPECT_EQ(errorDe([&] { ficheros::anadir(ruta, bytes); }), "");
+    EXPECT_EQ(errorDe([&] { ficheros::anadir(sistema, ruta, bytes); }), "");
     escrito = true;
     ::setitimer(ITIMER_REAL, &nunca, nullptr);
     leyendo.join();

@@ -278,6 +278,7 @@ class CuadernoSimulado : public Simulado<excel::Workbook> {
     void SaveAs(const std::string& libro, int32_t modoDeAcceso) override {
         llamar("SaveAs", " " + libro + " AccessMode " + std::to_string(modoDeAcceso));
         comun_->mundo.disco[libro] = *libro_;
+        if (comun_->mundo.alGuardar) comun_->mundo.alGuardar(libro);
     }
     void Close() override { llamar("Close", ""); }
 

@@ -46,7 +46,8 @@ class ExcelDePrueba {
     int32_t instanciasAbiertas = 0;      ///< applications started and not yet quit
     std::vector<std::string> hojasDeNuevo = {"Hoja1", "Hoja2", "Hoja3"};  ///< of Workbooks.Add
 
-    std::function<void(const std::string&)> alLlamar;  ///< hears of every call, before it is done
+    std::function<void(const std::string&)> alLlamar;   ///< hears of every call, before it is done
+    std::function<void(const std::string&)> alGuardar;  ///< of every workbook that SaveAs has kept
     /// The n-th call from now of "Class.Member" ("Range.FormulaR1C1=" for a set) fails once.
     void fallar(const std::string& miembro, const std::string& descripcion, int32_t vez = 1);
     /// The calls that change something: llamadas without those that only ask.

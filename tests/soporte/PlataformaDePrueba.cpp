@@ -154,7 +154,11 @@ std::unique_ptr<Temporizador> PlataformaDePrueba::nuevoTemporizador() { return r
 std::unique_ptr<excel::Application> PlataformaDePrueba::nuevaAplicacionExcel(bool) {
     if (motor != "interno" && motor != "auto")
         throw excel::ErrorExcel("No hay ninguna hoja de cálculo: " + motor);
-    return xls::nuevaAplicacionInterna([this] { return ahora(); });
+    return xls::nuevaAplicacionInterna([this] { return ahora(); }, disco());
+}
+
+bool PlataformaDePrueba::esLibroSano(const std::filesystem::path& libro) const {
+    return xls::esLibroSano(disco(), libro);
 }
 
 double PlataformaDePrueba::ahora() const { return horaActual; }

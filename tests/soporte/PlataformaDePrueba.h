@@ -54,6 +54,8 @@ class PlataformaDePrueba : public Plataforma {
 
     /// The last port created.
     PuertoDePrueba& puerto();
+    /// Has the program keep its files on this disk, which must outlive it; the system's until then.
+    void usarDisco(Disco& disco) { disco_ = &disco; }
     /// Lets virtual time pass; the timers fire in order. horaActual stays as set.
     void avanzar(int32_t milisegundos);
 
@@ -71,10 +73,12 @@ class PlataformaDePrueba : public Plataforma {
     std::unique_ptr<MSComm> nuevoPuerto() override;
     std::unique_ptr<Temporizador> nuevoTemporizador() override;
     std::unique_ptr<excel::Application> nuevaAplicacionExcel(bool porIdentificador) override;
+    bool esLibroSano(const std::filesystem::path& libro) const override;
     double ahora() const override;
     void mensajeCritico(const std::string& texto) override;
     std::string carpetaEspecial(int32_t numero) const override;
     int32_t abrirDocumento(const std::string& rutaODireccion) override;
+    Disco& disco() const override { return *disco_; }
     bool enArranque() const override { return arranque; }
     void enArranque(bool activo) override;
 
@@ -83,6 +87,7 @@ class PlataformaDePrueba : public Plataforma {
     class Reloj;
 
     std::filesystem::path carpeta_;
+    Disco* disco_ = &discoDelSistema();
     Entrega entrega_;
     PuertoDePrueba* puerto_ = nullptr;
     std::unique_ptr<Reloj> reloj_;

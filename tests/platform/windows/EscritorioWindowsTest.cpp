@@ -23,6 +23,8 @@
 namespace bn {
 namespace {
 
+Disco& sistema = discoDelSistema();
+
 namespace fs = std::filesystem;
 
 constexpr const wchar_t* kArranque = L"Software\\Microsoft\\Windows\\CurrentVersion\\Run";
@@ -199,7 +201,7 @@ TEST(EscritorioWindows, OpensADocumentWithTheProgramThatTheUserHasForIt) {
     const fs::path documento = carpeta.ruta() / ficheros::aRuta("Pesadas de ñ Вес.bnprueba");
     prueba::escribirFichero(documento, "pesadas");
     EXPECT_GT(escritorio::abrirDocumento(ficheros::aTexto(documento)), 32);
-    EXPECT_TRUE(llegaASer([&] { return ficheros::leer(visto) == "pesadas"; }));
+    EXPECT_TRUE(llegaASer([&] { return ficheros::leer(sistema, visto) == "pesadas"; }));
 }
 
 TEST(EscritorioWindows, GivesTheLocalWallClockInWholeSeconds) {

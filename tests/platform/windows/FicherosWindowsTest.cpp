@@ -16,6 +16,8 @@
 namespace bn {
 namespace {
 
+Disco& sistema = discoDelSistema();
+
 namespace fs = std::filesystem;
 using prueba::errorDe;
 using testing::ElementsAre;
@@ -31,14 +33,14 @@ Asa otroLoTiene(const fs::path& ruta, DWORD loQueComparte) {
 }
 
 void hacerTodo(const fs::path& ruta) {
-    ficheros::crearVacio(ruta);
-    ficheros::anadir(ruta, "uno\r\n");
-    ficheros::Anexo anexo(ruta);
+    ficheros::crearVacio(sistema, ruta);
+    ficheros::anadir(sistema, ruta, "uno\r\n");
+    ficheros::Anexo anexo(sistema, ruta);
     anexo.escribir("dos\r\n");
     anexo.cerrar();
-    EXPECT_EQ(ficheros::leer(ruta), "uno\r\ndos\r\n");
-    ficheros::reemplazar(ruta, "tres");
-    EXPECT_EQ(ficheros::leer(ruta), "tres");
+    EXPECT_EQ(ficheros::leer(sistema, ruta), "uno\r\ndos\r\n");
+    ficheros::reemplazar(sistema, ruta, "tres");
+    EXPECT_EQ(ficheros::leer(sistema, ruta), "tres");
 }
 
 TEST(FicherosWindows, NamesOfAnyAlphabetAreTheirOwn) {
@@ -57,22 +59,24 @@ TEST(FicherosWindows, NamesOfAnyAlphabetAreTheirOwn) {
 TEST(FicherosWindows, PathsMayBeLongerThanTheSystemsUsualLimit) {
     const prueba::CarpetaLarga larga;
     ASSERT_GT(larga.ruta().native().size(), std::size_t{MAX_PATH});
-    EXPECT_TRUE(ficheros::esCarpeta(larga.ruta()));
-    EXPECT_FALSE(ficheros::existe(larga / "Pesadas.txt"));
+    EXPECT_TRUE(ficheros::esCarpeta(sistema, larga.ruta()));
+    EXPECT_FALSE(ficheros::existe(sistema, larga / "Pesadas.txt"));
     hacerTodo(larga / "Pesadas.txt");
-    EXPECT_TRUE(ficheros::existe(larga / "Pesadas.txt"));
-    EXPECT_FALSE(ficheros::esCarpeta(larga / "Pesadas.txt"));
-    EXPECT_EQ(ficheros::leer(larga / "otro.txt"), std::nullopt);
-    EXPECT_EQ(nombreFechado(larga / "Pesadas", 0, ".txt"), larga / "Pesadas18991230-000000.txt");
-    ficheros::mover(larga / "Pesadas.txt", larga / "Pesadas18991230-000000.txt");
+    EXPECT_TRUE(ficheros::existe(sistema, larga / "Pesadas.txt"));
+    EXPECT_FALSE(ficheros::esCarpeta(sistema, larga / "Pesadas.txt"));
+    EXPECT_EQ(ficheros::leer(sistema, larga / "otro.txt"), std::nullopt);
+    EXPECT_EQ(nombreFechado(sistema, larga / "Pesadas", 0, ".txt"),
+              larga / "Pesadas18991230-000000.txt");
+    ficheros::mover(sistema, larga / "Pesadas.txt", larga / "Pesadas18991230-000000.txt");
     EXPECT_THAT(larga.nombres(), ElementsAre("Pesadas18991230-000000.txt"));
-    EXPECT_EQ(nombreFechado(larga / "Pesadas", 0, ".txt"), larga / "Pesadas18991230-000000-2.txt");
+    EXPECT_EQ(nombreFechado(sistema, larga / "Pesadas", 0, ".txt"),
+              larga / "Pesadas18991230-000000-2.txt");
     {
-        ficheros::Lineas lineas(larga / "Pesadas18991230-000000.txt");
+        ficheros::Lineas lineas(sistema, larga / "Pesadas18991230-000000.txt");
         EXPECT_EQ(lineas.siguiente(), "tres");
         EXPECT_TRUE(lineas.final());
     }
-    ficheros::borrar(larga / "Pesadas18991230-000000.txt");
+    ficheros::borrar(sistema, larga / "Pesadas18991230-000000.txt");
     EXPECT_THAT(larga.nombres(), IsEmpty());
 }
 
@@ -83,15 +87,15 @@ TEST(FicherosWindows, AFileThatAnotherProgramHoldsIsToldApart) {
     const std::string esperado = ficheros::aTexto(ruta) + ": está en uso por otro programa";
     {
         const Asa otro = otroLoTiene(ruta, 0);
-        EXPECT_EQ(errorDe([&] { ficheros::leer(ruta); }), esperado);
-        EXPECT_EQ(errorDe([&] { ficheros::crearVacio(ruta); }), esperado);
-        EXPECT_EQ(errorDe([&] { ficheros::anadir(ruta, "x"); }), esperado);
-        EXPECT_EQ(errorDe([&] { ficheros::reemplazar(ruta, "x"); }), esperado);
-        EXPECT_EQ(errorDe([&] { ficheros::Anexo anexo(ruta); }), esperado);
-        EXPECT_EQ(errorDe([&] { ficheros::Lineas lineas(ruta); }), esperado);
-        EXPECT_EQ(errorDe([&] { ficheros::mover(ruta, carpeta / "b.txt"); }), esperado);
-        EXPECT_EQ(errorDe([&] { ficheros::borrar(ruta); }), esperado);
-        EXPECT_TRUE(ficheros::existe(ruta));
+        EXPECT_EQ(errorDe([&] { ficheros::leer(sistema, ruta); }), esperado);
+        EXPECT_EQ(errorDe([&] { ficheros::crearVacio(sistema, ruta); }), esperado);
+        EXPECT_EQ(errorDe([&] { ficheros::anadir(sistema, ruta, "x"); }), esperado);
+        EXPECT_EQ(errorDe([&] { ficheros::reemplazar(sistema, ruta, "x"); }), esperado);
+        EXPECT_EQ(errorDe([&] { ficheros::Anexo anexo(sistema, ruta); }), esperado);
+        EXPECT_EQ(errorDe([&] { ficheros::Lineas lineas(sistema, ruta); }), esperado);
+        EXPECT_EQ(errorDe([&] { ficheros::mover(sistema, ruta, carpeta / "b.txt"); }), esperado);
+        EXPECT_EQ(errorDe([&] { ficheros::borrar(sistema, ruta); }), esperado);
+        EXPECT_TRUE(ficheros::existe(sistema, ruta));
     }
     EXPECT_EQ(prueba::leerFichero(ruta), "intacto");
     EXPECT_THAT(carpeta.nombres(), ElementsAre("a.txt"));
@@ -103,7 +107,7 @@ TEST(FicherosWindows, AFileThatCannotBeReplacedStaysAndNoTemporaryBesideIt) {
     prueba::escribirFichero(ruta, "intacto");
     {
         const Asa otro = otroLoTiene(ruta, FILE_SHARE_READ | FILE_SHARE_WRITE);
-        EXPECT_EQ(errorDe([&] { ficheros::reemplazar(ruta, "x"); }),
+        EXPECT_EQ(errorDe([&] { ficheros::reemplazar(sistema, ruta, "x"); }),
                   ficheros::aTexto(ruta) + ": está en uso por otro programa");
     }
     EXPECT_EQ(prueba::leerFichero(ruta), "intacto");
@@ -113,10 +117,10 @@ TEST(FicherosWindows, AFileThatCannotBeReplacedStaysAndNoTemporaryBesideIt) {
 TEST(FicherosWindows, OthersMayReadWhileTheFileIsWritten) {
     const prueba::CarpetaTemporal carpeta;
     const fs::path ruta = carpeta / "a.txt";
-    ficheros::crearVacio(ruta);
+    ficheros::crearVacio(sistema, ruta);
     const Asa otro = otroLoTiene(ruta, FILE_SHARE_READ | FILE_SHARE_WRITE);
-    ficheros::anadir(ruta, "uno");
-    ficheros::Anexo anexo(ruta);
+    ficheros::anadir(sistema, ruta, "uno");
+    ficheros::Anexo anexo(sistema, ruta);
     anexo.escribir("dos");
     EXPECT_EQ(prueba::leerFichero(ruta), "unodos");
 }
@@ -126,7 +130,7 @@ TEST(FicherosWindows, AFileProtectedAgainstWritingIsNotReplaced) {
     const fs::path ruta = carpeta / "a.ini";
     prueba::escribirFichero(ruta, "intacto");
     ASSERT_TRUE(::SetFileAttributesW(ruta.c_str(), FILE_ATTRIBUTE_READONLY));
-    EXPECT_EQ(errorDe([&] { ficheros::reemplazar(ruta, "x"); }),
+    EXPECT_EQ(errorDe([&] { ficheros::reemplazar(sistema, ruta, "x"); }),
               ficheros::aTexto(ruta) + ": acceso denegado");
     EXPECT_EQ(prueba::leerFichero(ruta), "intacto");
     EXPECT_THAT(carpeta.nombres(), ElementsAre("a.ini"));
@@ -141,10 +145,10 @@ TEST(FicherosWindows, AHiddenFileStaysHidden) {
     const auto oculto = [&] {
         return (::GetFileAttributesW(ruta.c_str()) & FILE_ATTRIBUTE_HIDDEN) != 0;
     };
-    ficheros::reemplazar(ruta, "nuevo");
+    ficheros::reemplazar(sistema, ruta, "nuevo");
     EXPECT_EQ(prueba::leerFichero(ruta), "nuevo");
     EXPECT_TRUE(oculto());
-    ficheros::crearVacio(ruta);
+    ficheros::crearVacio(sistema, ruta);
     EXPECT_EQ(prueba::leerFichero(ruta), "");
     EXPECT_TRUE(oculto());
 }
@@ -158,11 +162,11 @@ TEST(FicherosWindows, LeavesNoHandleOpenAlsoWhenItFails) {
     };
     const auto vuelta = [&] {
         hacerTodo(carpeta / "a.txt");
-        ficheros::Lineas(carpeta / "a.txt").siguiente();
-        ficheros::mover(carpeta / "a.txt", carpeta / "b.txt");
-        errorDe([&] { ficheros::reemplazar(carpeta.ruta(), "x"); });
-        errorDe([&] { ficheros::anadir(carpeta / "no" / "a.txt", "x"); });
-        errorDe([&] { ficheros::Lineas lineas(carpeta / "a.txt"); });
+        ficheros::Lineas(sistema, carpeta / "a.txt").siguiente();
+        ficheros::mover(sistema, carpeta / "a.txt", carpeta / "b.txt");
+        errorDe([&] { ficheros::reemplazar(sistema, carpeta.ruta(), "x"); });
+        errorDe([&] { ficheros::anadir(sistema, carpeta / "no" / "a.txt", "x"); });
+        errorDe([&] { ficheros::Lineas lineas(sistema, carpeta / "a.txt"); });
     };
     vuelta();
     const DWORD antes = abiertas();
@@ -173,7 +177,7 @@ TEST(FicherosWindows, LeavesNoHandleOpenAlsoWhenItFails) {
 }
 
 TEST(FicherosWindows, ADeviceIsNoFileToReplace) {
-    EXPECT_NE(errorDe([] { ficheros::reemplazar("NUL", "x"); }), "");
+    EXPECT_NE(errorDe([] { ficheros::reemplazar(sistema, "NUL", "x"); }), "");
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include <array>
 #include <utility>
 
+#include "platform/FicheroPaciente.h"
 #include "platform/Ficheros.h"
 
 namespace bn::ficheros {
@@ -12,14 +13,29 @@ constexpr std::string_view kFinDeLinea = "\r\n";
 
 }  // namespace
 
-std::string aTexto(const std::filesystem::path& ruta) {
-    const std::u8string utf8 = ruta.u8string();
-    return {utf8.begin(), utf8.end()};
-}
+class Lineas::Interior {
+ public:
+    Interior(Disco& disco, const std::filesystem::path& ruta)
+        : fichero_(disco, ruta, Disco::Modo::kLeer) {}
 
-std::filesystem::path aRuta(const std::string& texto) {
-    return {std::u8string(texto.begin(), texto.end())};
-}
+    /// Puts what comes next behind the text; false at the end.
+    bool leerMas(std::string& texto) {
+        std::array<char, 65536> trozo{};
+        const std::size_t leidos = fichero_.leer(sitio_, trozo.data(), trozo.size());
+        texto.append(trozo.data(), leidos);
+        sitio_ += leidos;
+        return leidos > 0;
+    }
+
+ private:
+    FicheroPaciente fichero_;
+    std::uint64_t sitio_ = 0;
+};
+
+Lineas::Lineas(Disco& disco, const std::filesystem::path& ruta)
+    : interior_(std::make_unique<Interior>(disco, ruta)) {}
+
+Lineas::~Lineas() = default;
 
 bool Lineas::final() { return desde_ == leido_.size() && !leerMas(); }
 
@@ -41,10 +57,7 @@ std::string Lineas::siguiente() {
 /// Drops the lines already given and puts what comes next behind the rest; false at the end.
 bool Lineas::leerMas() {
     leido_.erase(0, std::exchange(desde_, 0));
-    std::array<char, 65536> trozo{};
-    const std::size_t leidos = leer(trozo.data(), trozo.size());
-    leido_.append(trozo.data(), leidos);
-    return leidos > 0;
+    return interior_->leerMas(leido_);
 }
 
 }  // namespace bn::ficheros
