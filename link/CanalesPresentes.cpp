@@ -18,7 +18,7 @@ std::vector<PuertoPresente> canalesPresentes(const Plataforma& plataforma,
     auto puertos = puertosPresentes(raiz);
     const auto ini = rutaDelIni(plataforma);
     for (int16_t canal = kUltimoCanal; canal >= 1; --canal) {
-        const std::string asignado = dispositivoDePuerto(ini, canal);
+        const std::string asignado = dispositivoDePuerto(plataforma.disco(), ini, canal);
         if (asignado.empty()) continue;
         for (auto& puerto : puertos) {
             // The channel is the assigned device's, and no longer that of the one it had.

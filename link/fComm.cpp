@@ -11,8 +11,8 @@ namespace {
 // The failure to open is told a moment later, never from inside Pedir.
 constexpr int32_t kAvisoDeApertura = 10;
 
-// Far beyond any frame: more than this without a terminator is noise, and only its end can matter.
-constexpr std::size_t kRuidoMaximo = 4096;
+// What is shorter than this is no frame, but what noise has left before one or at its end.
+constexpr std::size_t kTramaMinima = 5;
 
 const char* const kInterrumpida = "La descarga de pesadas ha sido interrumpida desde el ordenador";
 const char* const kIrreconocibles = "Las tramas recibidas no son reconocibles";
@@ -42,8 +42,12 @@ void fComm::Caracteres(const std::string& inicial, const std::string& final,
     protocolo_.Caracteres(inicial, final, peticion, checksum);
 }
 
+void fComm::CopiaEsperada(const std::string& datos) { copias_.esperar(datos); }
+
 void fComm::Pedir(int16_t canal, const std::string& parametros) {
     mensaje_ = abrir(canal, parametros);
+    copias_.empezar();
+    tampon_.empezar();
     Tim_->Enabled(false);
     if (!mensaje_.empty()) {
         mensaje_ = "No se puede iniciar el canal:\n" + mensaje_;
@@ -54,6 +58,7 @@ void fComm::Pedir(int16_t canal, const std::string& parametros) {
     }
     recibidas_ = 0;
     intentos_ = 1;
+    xCom_->InBufferCount(0);
     transmitir(Estado::kPedido);
 }
 
@@ -70,38 +75,38 @@ std::string fComm::abrir(int16_t canal, const std::string& parametros) {
     }
 }
 
-/// Sends what the state stands for, with empty buffers: whatever was on its way answers nothing
-/// that was asked now.
+/// Forgets what had come before and sends what the state stands for. Nothing is discarded after
+/// that: it may be the answer already, or the rest of a frame.
 void fComm::transmitir(Estado estado) {
     Tim_->Enabled(false);
     Tim_->Interval(espera_);
-    switch (estado) {
-        case Estado::kPedido:
-            xCom_->Output(protocolo_.TramaPeticion());
-            break;
-        case Estado::kReconocido:
-            xCom_->Output(protocolo_.ACK());
-            break;
-        case Estado::kRechazado:
-            xCom_->Output(protocolo_.NAK());
-            break;
-        case Estado::kReposo:
-        case Estado::kNoAbierto:
-            break;
-    }
-    xCom_->InBufferCount(0);
-    buffer_.clear();
     estado_ = estado;
+    const std::string bytes = transmision();
+    tampon_.olvidar();
+    xCom_->Output(bytes);
     Tim_->Enabled(true);
+}
+
+/// What the state stands for; but an acknowledge heard over a frame that has only begun would let
+/// the indicator forget what was never read.
+std::string fComm::transmision() const {
+    std::string propia = estado_ == Estado::kPedido ? protocolo_.TramaPeticion() : protocolo_.ACK();
+    const bool reconoce = propia == protocolo_.ACK();
+    if (estado_ == Estado::kRechazado || (reconoce && tampon_.aMedias())) return protocolo_.NAK();
+    return propia;
 }
 
 void fComm::Tim_Timer() {
     Tim_->Enabled(false);
-    if (estado_ == Estado::kNoAbierto) {
-        terminar(0, mensaje_);
-    } else if (enCurso() && intentos_ >= maximoIntentos_) {
+    if (estado_ == Estado::kNoAbierto) return terminar(0, mensaje_);
+    if (!enCurso()) return;
+    // A last look, so that what the transmission makes forgotten has been judged.
+    if (tampon_.anadir(xCom_->Input())) {
+        atenderTrama();
+        if (enCurso()) Tim_->Enabled(true);  // also after a frame that gets no answer
+    } else if (intentos_ >= maximoIntentos_) {
         terminar(recibidas_, mensajeDeSilencio());
-    } else if (enCurso()) {
+    } else {
         ++intentos_;
         transmitir(estado_);
     }
@@ -124,17 +129,24 @@ void fComm::xCom_OnComm() {
         xCom_->InBufferCount(0);
         return;
     }
-    buffer_ += xCom_->Input();
-    const std::size_t fin = buffer_.find(protocolo_.Terminador());
-    if (fin == std::string::npos) {
-        if (buffer_.size() > kRuidoMaximo) buffer_.erase(0, buffer_.size() - kRuidoMaximo);
-        return;
+    tampon_.anadir(xCom_->Input());
+    // One frame a notification: what stays in the buffer waits for the next one. A frame that was
+    // held back has let its own pass by.
+    if (tampon_.hayTrama() && atenderTrama() && enCurso() && tampon_.hayTrama()) atenderTrama();
+}
+
+/// True when the frame had been held back by an earlier notification.
+bool fComm::atenderTrama() {
+    const Tampon::Trama trama = tampon_.tomar();
+    const int16_t tipo = reconocer(trama.bytes);
+    if (tipo == 1 && copias_.esLaDelNak(protocolo_)) {
+        // The indicator will hear the acknowledge that has gone out already, or its repetition: the
+        // time-out runs on. One more would put an indicator that keeps an answer one ahead.
+        estado_ = Estado::kReconocido;
+        return trama.retenida;
     }
-    // One frame a notification: what stays in the buffer waits for the next one.
-    const std::string trama = buffer_.substr(0, fin + 1);
-    buffer_.erase(0, fin + 1);
     Tim_->Enabled(false);
-    switch (protocolo_.TramaValida(trama)) {
+    switch (tipo) {
         case 1:
             pesadaRecibida();
             break;
@@ -142,15 +154,25 @@ void fComm::xCom_OnComm() {
             contadorRecibido();
             break;
         default:
-            tramaIrreconocible();
+            tramaIrreconocible(trama);
             break;
+    }
+    return trama.retenida;
+}
+
+int16_t fComm::reconocer(const std::string& trama) {
+    try {
+        return protocolo_.TramaValida(trama);
+    } catch (...) {
+        Tim_->Enabled(false);  // nothing must be repeated over a frame that could not be traced
+        throw;
     }
 }
 
 // The answers sent from here on leave the buffers alone, unlike those of transmitir; and a good
 // record never gives back attempts: silences share one allowance over the whole cycle.
 
-void fComm::tramaIrreconocible() {
+void fComm::tramaIrreconocible(const Tampon::Trama& trama) {
     if (estado_ != Estado::kRechazado) {
         intentos_ = 1;
     } else if (intentos_ >= maximoIntentos_) {
@@ -159,20 +181,27 @@ void fComm::tramaIrreconocible() {
     } else {
         ++intentos_;
     }
+    tampon_.rechazada(trama.bytes);
+    // The indicator is in the middle of a frame, or has been answered for this one already.
+    if (!tampon_.vacio() || trama.resto || trama.bytes.size() < kTramaMinima) copias_.nakDeMas();
     xCom_->Output(protocolo_.NAK());
     Tim_->Enabled(true);
     estado_ = Estado::kRechazado;
 }
 
 void fComm::pesadaRecibida() {
-    int32_t ordinal = recibidas_ + 1;
-    bool continuar = false;
-    Pesada(ordinal, continuar, protocolo_);
-    if (!continuar) {
-        terminar(recibidas_, kInterrumpida);
-        return;
+    const std::string datos = protocolo_.Datos();
+    if (!copias_.esLaEsperada(protocolo_)) {
+        int32_t ordinal = recibidas_ + 1;
+        bool continuar = false;
+        Pesada(ordinal, continuar, protocolo_);
+        if (!continuar) {
+            terminar(recibidas_, kInterrumpida);
+            return;
+        }
+        ++recibidas_;
     }
-    ++recibidas_;
+    copias_.aceptada(datos);
     estado_ = Estado::kReconocido;
     xCom_->Output(protocolo_.ACK());
     Tim_->Enabled(true);

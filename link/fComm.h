@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
 
+#include "link/Copias.h"
+#include "link/Tampon.h"
 #include "link/pesaDX5.h"
 #include "platform/Evento.h"
 #include "platform/Plataforma.h"
@@ -29,6 +30,10 @@ class fComm {
     /// Handed on to pesaDX5::Caracteres.
     void Caracteres(const std::string& inicial, const std::string& final,
                     const std::string& peticion, int16_t checksum);
+    /// For the next Pedir alone: the data of the last record of a download that did not end well,
+    /// "" for none. If that cycle begins with it, and it has a delivery note number, its ACK had
+    /// not been heard: it is acknowledged again, and neither told nor counted.
+    void CopiaEsperada(const std::string& datos);
     /// Opens the channel with the settings ("9600,N,8,1") and starts a cycle, whatever was running.
     /// Returns at once and never throws ErrorPuerto: all results come through the events.
     void Pedir(int16_t canal, const std::string& parametros);
@@ -53,7 +58,10 @@ class fComm {
     void Tim_Timer();
     std::string abrir(int16_t canal, const std::string& parametros);
     void transmitir(Estado estado);
-    void tramaIrreconocible();
+    std::string transmision() const;
+    bool atenderTrama();
+    int16_t reconocer(const std::string& trama);
+    void tramaIrreconocible(const Tampon::Trama& trama);
     void pesadaRecibida();
     void contadorRecibido();
     void terminar(int32_t cuenta, std::string explicacion);
@@ -68,7 +76,8 @@ class fComm {
     int16_t maximoIntentos_ = 4;
     int32_t espera_ = 500;
     std::string mensaje_;
-    std::string buffer_;
+    Tampon tampon_{protocolo_};
+    Copias copias_;
     int32_t recibidas_ = 0;
 };
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "link/pesaDX5.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -19,6 +20,8 @@ constexpr char kTerminador = '\r';
 constexpr char kAck = 6;
 constexpr char kNak = 21;
 
+// What follows the check character, in this order.
+constexpr const char* kFinal = "\n\r";
 // Start, end, check character, line feed and carriage return.
 constexpr std::size_t kEnvoltura = 5;
 constexpr std::size_t kLargoCorta = 59;
@@ -70,6 +73,12 @@ std::optional<int32_t> enteroOBlanco(std::string_view texto) {
     return recortar(texto).empty() ? 0 : entero(texto);
 }
 
+unsigned char control(std::string_view datos) {
+    unsigned char suma = 0;
+    for (const char c : datos) suma ^= static_cast<unsigned char>(c);
+    return suma;
+}
+
 }  // namespace
 
 pesaDX5::pesaDX5(Plataforma& plataforma) : plataforma_(plataforma) { componerPatron(); }
@@ -84,9 +93,8 @@ void pesaDX5::Caracteres(const std::string& inicial, const std::string& final,
     componerPatron();
 }
 
-// A start or end character with a meaning in wildcard patterns keeps that meaning. The indicator
-// ends its frames in line feed and carriage return, in that order.
-void pesaDX5::componerPatron() { patron_ = inicial_ + "*" + final_ + "?\n\r"; }
+// A start or end character with a meaning in wildcard patterns keeps that meaning.
+void pesaDX5::componerPatron() { patron_ = inicial_ + "*" + final_ + "?" + kFinal; }
 
 int16_t pesaDX5::TramaValida(const std::string& trama) {
     tipo_ = kSinRegistro;
@@ -95,21 +103,40 @@ int16_t pesaDX5::TramaValida(const std::string& trama) {
     if (trama.size() < kEnvoltura || !utiltexto::coincide(trama, patron_)) return tipo_;
 
     const std::string_view datos = std::string_view(trama).substr(1, trama.size() - kEnvoltura);
-    unsigned char calculado = 0;
-    for (const char c : datos) calculado ^= static_cast<unsigned char>(c);
+    const unsigned char calculado = control(datos);
     const auto recibido = static_cast<unsigned char>(trama[trama.size() - 3]);
     if (checksum_ == kProbarChecksum && calculado != recibido) return tipo_;
     if (checksum_ == kTrazarChecksum) trazar(datos, calculado, recibido);
-    return analizar(datos);
+    return analizar(datos, std::nullopt);
 }
 
 int16_t pesaDX5::DatosValidos(const std::string& datos) {
     tipo_ = kSinRegistro;
     datos_.clear();
-    return analizar(datos);
+    return analizar(datos, std::nullopt);
 }
 
-int16_t pesaDX5::analizar(std::string_view datos) {
+bool pesaDX5::HayInicio(std::string_view bytes) const {
+    return std::any_of(bytes.begin(), bytes.end(), [&](char c) {
+        return utiltexto::coincide({&c, 1}, inicial_);
+    });
+}
+
+bool pesaDX5::CortadaEnControl(const std::string& trama) const {
+    const std::string entera = trama + kFinal;
+    if (trama.back() != kTerminador || entera.size() < kEnvoltura) return false;
+    if (!utiltexto::coincide(entera, patron_)) return false;
+    const std::string_view datos = std::string_view(entera).substr(1, entera.size() - kEnvoltura);
+    return checksum_ != kProbarChecksum || control(datos) == kTerminador;
+}
+
+int16_t pesaDX5::DatosValidos(const std::string& datos, double reloj) {
+    tipo_ = kSinRegistro;
+    datos_.clear();
+    return analizar(datos, reloj);
+}
+
+int16_t pesaDX5::analizar(std::string_view datos, std::optional<double> reloj) {
     switch (datos.size()) {
         case 4:
         case 5:
@@ -117,7 +144,7 @@ int16_t pesaDX5::analizar(std::string_view datos) {
             break;
         case kLargoCorta:
         case kLargoLarga:
-            analizarPesada(datos);
+            analizarPesada(datos, reloj);
             break;
         default:
             break;
@@ -132,7 +159,7 @@ void pesaDX5::analizarContador(std::string_view datos) {
     tipo_ = kRegistroContador;
 }
 
-void pesaDX5::analizarPesada(std::string_view datos) {
+void pesaDX5::analizarPesada(std::string_view datos, std::optional<double> reloj) {
     const auto albaran = enteroOBlanco(datos.substr(9, 7));
     if (!albaran) return;
     const auto codigo1 = enteroOBlanco(datos.substr(17, 8));
@@ -146,8 +173,9 @@ void pesaDX5::analizarPesada(std::string_view datos) {
     const auto neto = numero<float>(datos.substr(52, 7));
     if (!neto) return;
     // The short form carries no date: it was weighed when it arrives.
-    const auto fechaHora = datos.size() == kLargoLarga ? reconocerFecha(datos.substr(60, 14))
-                                                       : std::optional(plataforma_.ahora());
+    const auto fechaHora = datos.size() == kLargoLarga
+                               ? reconocerFecha(datos.substr(60, 14))
+                               : std::optional(reloj ? *reloj : plataforma_.ahora());
     if (!fechaHora) return;
 
     campos_.matricula = recortar(datos.substr(0, 8));
@@ -168,7 +196,7 @@ void pesaDX5::trazar(std::string_view datos, unsigned char calculado,
         linea += std::to_string(static_cast<unsigned char>(c));
     }
     linea += "  >" + std::to_string(calculado) + "  >" + std::to_string(recibido) + "\r\n";
-    ficheros::anadir(plataforma_.carpetaPrograma() / "traza.txt", linea);
+    ficheros::anadir(plataforma_.disco(), plataforma_.carpetaPrograma() / "traza.txt", linea);
 }
 
 bool pesaDX5::esPesada() const { return tipo_ == kRegistroPesada; }

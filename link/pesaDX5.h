@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -28,6 +29,15 @@ class pesaDX5 {
     int16_t TramaValida(const std::string& trama);
     /// Takes the record of a frame's data alone. Returns Tipo().
     int16_t DatosValidos(const std::string& datos);
+    /// The same; a record without a date gets that of another clock (days since 30 December
+    /// 1899).
+    int16_t DatosValidos(const std::string& datos, double reloj);
+
+    /// Whether a frame could begin anywhere in the bytes: one of them is a start character.
+    bool HayInicio(std::string_view bytes) const;
+    /// Whether the frame lacks only its last two characters: cut where its check character has the
+    /// terminator's code, and whole in all before. Takes no record.
+    bool CortadaEnControl(const std::string& trama) const;
 
     /// The record's data as received, untrimmed; "" unless it is a weighing.
     std::string Datos() const;
@@ -65,9 +75,9 @@ class pesaDX5 {
         float neto = 0;
     };
 
-    int16_t analizar(std::string_view datos);
+    int16_t analizar(std::string_view datos, std::optional<double> reloj);
     void analizarContador(std::string_view datos);
-    void analizarPesada(std::string_view datos);
+    void analizarPesada(std::string_view datos, std::optional<double> reloj);
     void componerPatron();
     bool esPesada() const;
     void trazar(std::string_view datos, unsigned char calculado, unsigned char recibido) const;

@@ -11,7 +11,11 @@ constexpr const char* kFinDeLinea = "\r\n";
 
 }  // namespace
 
-sacoTramas::sacoTramas(Plataforma& plataforma) : plataforma_(plataforma) {}
+sacoTramas::sacoTramas(Plataforma& plataforma)
+    : plataforma_(plataforma), almacen_(fichero(plataforma)) {}
+
+sacoTramas::sacoTramas(Plataforma& plataforma, std::filesystem::path almacen)
+    : plataforma_(plataforma), almacen_(std::move(almacen)), modo_(Modo::kLeido) {}
 
 std::filesystem::path sacoTramas::fichero(const Plataforma& plataforma) {
     return plataforma.carpetaPrograma() / "bnGuardo.txt";
@@ -20,7 +24,7 @@ std::filesystem::path sacoTramas::fichero(const Plataforma& plataforma) {
 bool sacoTramas::iniGuardo() {
     if (modo_ != Modo::kNuevo && modo_ != Modo::kLeido) return false;
     try {
-        ficheros::crearVacio(fichero(plataforma_));
+        ficheros::crearVacio(plataforma_.disco(), almacen_);
     } catch (const ErrorFichero&) {
         return false;  // the owner decides what to tell the user
     }
@@ -31,7 +35,7 @@ bool sacoTramas::iniGuardo() {
 bool sacoTramas::Guardo(const std::string& datos) {
     if (modo_ != Modo::kGuardando) return false;
     try {
-        ficheros::anadir(fichero(plataforma_), datos + kFinDeLinea);
+        ficheros::anadir(plataforma_.disco(), almacen_, datos + kFinDeLinea);
     } catch (const ErrorFichero&) {
         return false;  // not stored, so it is not acknowledged: the indicator keeps it
     }
@@ -41,7 +45,7 @@ bool sacoTramas::Guardo(const std::string& datos) {
 bool sacoTramas::iniRecupero() {
     if (modo_ != Modo::kGuardando && modo_ != Modo::kLeido) return false;
     try {
-        lectura_.emplace(fichero(plataforma_));
+        lectura_.emplace(plataforma_.disco(), almacen_);
         modo_ = lectura_->final() ? Modo::kLeido : Modo::kLeyendo;
     } catch (const ErrorFichero&) {
         lectura_.reset();

@@ -17,6 +17,8 @@ class sacoTramas {
  public:
     /// New: only iniGuardo is allowed.
     explicit sacoTramas(Plataforma& plataforma);
+    /// A store that stands already, under any name: as one that has been read.
+    sacoTramas(Plataforma& plataforma, std::filesystem::path almacen);
 
     /// Empties the store for a new download. False while storing or reading, or when the file
     /// cannot be made.
@@ -37,6 +39,7 @@ class sacoTramas {
     enum class Modo : int16_t { kNuevo = 0, kGuardando = 1, kLeyendo = 2, kLeido = 3 };
 
     Plataforma& plataforma_;
+    std::filesystem::path almacen_;
     Modo modo_ = Modo::kNuevo;
     std::optional<ficheros::Lineas> lectura_;
 };
