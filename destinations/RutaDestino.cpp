@@ -15,7 +15,8 @@ constexpr std::string_view kProhibidos = "\\/:*?\"<>|";
 
 bool existeCarpeta(std::string carpeta) {
     std::replace(carpeta.begin(), carpeta.end(), '\\', '/');
-    return ficheros::esCarpeta(ficheros::aRuta(carpeta));
+    // A form knows no platform: it is filled in beside this computer's own disk.
+    return ficheros::esCarpeta(discoDelSistema(), ficheros::aRuta(carpeta));
 }
 
 }  // namespace

@@ -77,7 +77,13 @@ bool XCel::HayExcel() {
 /// Starts an instance of its own, without prompts. What was held before is let go, not quit.
 bool XCel::iniciar(std::string& error) {
     soltar();
-    if (!intentar(error, [this] { aplicacion_ = plataforma_.nuevaAplicacionExcel(false); })) {
+    enLugarDe_ = EnLugarDe::kNada;
+    enHojaPedida_ = false;
+    motivo_.clear();
+    conservado_.clear();
+    arranco_ = intentar(error, [this] { aplicacion_ = plataforma_.nuevaAplicacionExcel(false); });
+    if (!arranco_) {
+        motivo_ = "No se puede abrir ninguna hoja de cálculo: " + error;
         plataforma_.mensajeCritico(error);
         return false;
     }
@@ -94,28 +100,80 @@ void XCel::abandonar() {
 void XCel::AbrirParaEscribir(const std::string& libro, const std::string& hoja, bool conservar) {
     std::string error;
     if (!iniciar(error)) return;
-    if (!intentar(error, [&] { libro_ = aplicacion_->Workbooks()->Open(libro); })) {
-        error.clear();
-        if (!intentar(error, [&] { libro_ = aplicacion_->Workbooks()->Add(); })) {
-            abandonar();
-            plataforma_.mensajeCritico(error);
-            return;
-        }
-        sustituye_ = true;
-    }
+    if (!abrirOSustituir(libro)) return;
     rutaLibro_ = libro;
-    bool encontrada = false;
-    intentar(error, [&] { encontrada = buscarHoja(hoja); });
-    if (encontrada && !conservar) intentar(error, [this] { hoja_->Cells()->ClearContents(); });
-    if (!encontrada) {
-        intentar(error, [this] {
-            const auto hojas = libro_->Worksheets();
-            hoja_ = hojas->Add(*hojas->Item(hojas->Count()));
-        });
-        if (hoja_) intentar(error, [&] { hoja_->Name(hoja); });
-    }
+    if (!situarEnHoja(hoja, conservar)) return;
     if (sustituye_ && hoja_) dejarSoloLaActual(error);
     nombreHoja_ = hoja;
+}
+
+/// Opens the workbook, or makes a new one in its place. False when neither can be done: then
+/// nothing is left open.
+bool XCel::abrirOSustituir(const std::string& libro) {
+    std::string error;
+    std::unique_ptr<excel::Workbooks> libros;
+    bool seguir = intentar(error, [&] { libros = aplicacion_->Workbooks(); });
+    if (seguir) {
+        try {
+            libro_ = libros->Open(libro);
+            libro_->exigirLibre();
+            return true;
+        } catch (const excel::ErrorDeApertura& e) {
+            const bool sano = e.clase() == excel::ErrorDeApertura::Clase::kSano;
+            enLugarDe_ = sano ? EnLugarDe::kSano : EnLugarDe::kDanado;
+            motivo_ = e.what();
+        } catch (const std::exception& e) {
+            clasificar(libro, e.what());
+        }
+        libros.reset();
+        if (libro_) intentar(error, [this] { libro_->Close(); });
+        seguir = intentar(error, [this] { libro_ = aplicacion_->Workbooks()->Add(); });
+    }
+    if (!seguir) {
+        abandonar();
+        if (motivo_.empty()) motivo_ = "No se puede abrir el libro \"" + libro + "\": " + error;
+        plataforma_.mensajeCritico(error);
+    }
+    sustituye_ = seguir;
+    return seguir;
+}
+
+/// An application that only says that it could not open a file leaves it to us to find out why.
+void XCel::clasificar(const std::string& libro, const std::string& descripcion) {
+    const std::filesystem::path ruta = ficheros::aRuta(libro);
+    if (!ficheros::existe(plataforma_.disco(), ruta)) return;
+    const bool sano = plataforma_.esLibroSano(ruta);
+    enLugarDe_ = sano ? EnLugarDe::kSano : EnLugarDe::kDanado;
+    motivo_ = "No se puede abrir el libro \"" + libro + "\": " + descripcion;
+}
+
+/// Makes the sheet current, adding it when there is none of its name. False, and nothing left open,
+/// when the sheets cannot be looked through: one more sheet might stand beside the right one.
+bool XCel::situarEnHoja(const std::string& hoja, bool conservar) {
+    std::string error;
+    bool encontrada = false;
+    if (!intentar(error, [&] { encontrada = buscarHoja(hoja); })) {
+        abandonar();
+        motivo_ = "No se pueden ver las hojas del libro \"" + rutaLibro_ + "\": " + error;
+        return false;
+    }
+    enHojaPedida_ = encontrada;
+    if (!encontrada) agregarHoja(hoja);
+    if (encontrada && !conservar) intentar(error, [this] { hoja_->Cells()->ClearContents(); });
+    return true;
+}
+
+void XCel::agregarHoja(const std::string& hoja) {
+    std::string error;
+    intentar(error, [this] {
+        const auto hojas = libro_->Worksheets();
+        hoja_ = hojas->Add(*hojas->Item(hojas->Count()));
+    });
+    if (hoja_) enHojaPedida_ = intentar(error, [&] { hoja_->Name(hoja); });
+    if (enHojaPedida_) return;
+    if (!motivo_.empty()) motivo_ += ' ';
+    motivo_ +=
+        "No se puede añadir la hoja \"" + hoja + "\" al libro \"" + rutaLibro_ + "\": " + error;
 }
 
 void XCel::dejarSoloLaActual(std::string& error) {
@@ -139,6 +197,7 @@ bool XCel::AbrirParaLeer(const std::string& libro, const std::string& hoja) {
     if (!iniciar(error)) return false;
     if (!intentar(error, [&] { libro_ = aplicacion_->Workbooks()->Open(libro); })) {
         abandonar();
+        motivo_ = error;
         return false;
     }
     rutaLibro_ = libro;
@@ -155,6 +214,8 @@ bool XCel::AbrirParaLeer(const std::string& libro, const std::string& hoja) {
     const std::string pendiente = error;
     intentar(error, [this] { libro_->Close(); });
     abandonar();
+    motivo_ = pendiente.empty() ? "El libro \"" + libro + "\" no tiene la hoja \"" + hoja + "\"."
+                                : pendiente;
     // A sheet that is simply absent is no error of the application: the box is then empty.
     plataforma_.mensajeCritico(pendiente);
     return false;
@@ -164,6 +225,7 @@ void XCel::AbrirPlantilla(const std::string& plantilla) {
     std::string error;
     if (!iniciar(error)) return;
     if (!intentar(error, [&] { libro_ = aplicacion_->Workbooks()->Add(plantilla); })) {
+        motivo_ = error;
         error.clear();
         abandonar();
         plataforma_.mensajeCritico(error);
@@ -291,24 +353,35 @@ void XCel::PrintPreview() {
 void XCel::Guardar(const std::string& libro) {
     excel::Workbook& abierto = this->libro();
     const std::string& destino = libro.empty() ? rutaLibro_ : libro;
+    conservado_.clear();
     if (sustituye_ && destino == rutaLibro_) conservarElAnterior();
     abierto.SaveAs(destino, kAccesoSinCambio);
-    aplicacion().Quit();
-    soltar();
+    terminar();
 }
 
 /// A damaged workbook, or one of another program, may still hold a year of weighings.
-void XCel::conservarElAnterior() const {
+void XCel::conservarElAnterior() {
+    Disco& disco = plataforma_.disco();
     const std::filesystem::path anterior = ficheros::aRuta(rutaLibro_);
-    if (!ficheros::existe(anterior) || ficheros::esCarpeta(anterior)) return;
+    if (!ficheros::existe(disco, anterior) || ficheros::esCarpeta(disco, anterior)) return;
     std::filesystem::path comienzo = anterior;
     comienzo += ".";
-    ficheros::reemplazar(nombreFechado(comienzo, plataforma_.ahora(), ".bak"),
-                         ficheros::leer(anterior).value_or(""));
+    const std::filesystem::path copia = nombreFechado(disco, comienzo, plataforma_.ahora(), ".bak");
+    ficheros::reemplazar(disco, copia, ficheros::leer(disco, anterior).value_or(""));
+    conservado_ = copia;
 }
 
-void XCel::Cerrar() {
-    aplicacion().Quit();
+void XCel::Cerrar() { terminar(); }
+
+/// An application that does not quit is of no more use than one that has: it is let go all the
+/// same.
+void XCel::terminar() {
+    try {
+        aplicacion().Quit();
+    } catch (const std::exception&) {
+        soltar();
+        throw;
+    }
     soltar();
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
@@ -11,6 +12,13 @@
 #include "platform/Plataforma.h"
 
 namespace bn {
+
+/// What the new workbook that AbrirParaEscribir made takes the place of.
+enum class EnLugarDe {
+    kNada,    ///< no file, or none was needed: the workbook was opened
+    kDanado,  ///< a file that is damaged, or no workbook at all
+    kSano     ///< a sound workbook that cannot be opened now, or by us
+};
 
 /// The program's one wrapper around the spreadsheet application: a private, invisible instance, one
 /// workbook, one current worksheet. Rows and columns are 1-based; texts are UTF-8.
@@ -31,6 +39,18 @@ class XCel {
     void AbrirParaEscribir(const std::string& libro, const std::string& hoja, bool conservar);
     /// Opens the workbook at the sheet, or at its first one when hoja is empty. True when opened.
     bool AbrirParaLeer(const std::string& libro, const std::string& hoja);
+    /// What the new workbook of the last AbrirParaEscribir stands for. Whoever saves it in place of
+    /// kSano destroys a good workbook.
+    EnLugarDe enLugarDe() const { return enLugarDe_; }
+    /// Whether the sheet that the last AbrirParaEscribir asked for is the current one: false when
+    /// it could neither be found nor be added under its name.
+    bool enHojaPedida() const { return enHojaPedida_; }
+    /// Whether the last AbrirParaEscribir began a new workbook.
+    bool esNuevo() const { return sustituye_; }
+    /// Whether the last Abrir… could start the application.
+    bool arranco() const { return arranco_; }
+    /// Why the last Abrir… did not open what it was asked for; Spanish, "" when it did.
+    std::string motivo() const { return motivo_; }
     /// The worksheets' names, in workbook order.
     std::vector<std::string> ListaDeHojas();
     /// Makes the sheet current; false, and nothing changed, when there is none of that name.
@@ -67,17 +87,25 @@ class XCel {
     /// Saves (to libro, or where it was opened when empty) and quits. A file there that could not
     /// be opened is first kept beside it as "NAME.AAAAMMDD-HHMMSS.bak"; throws ErrorFichero when it
     /// cannot be, and leaves it alone.
+    /// After SaveAs everything is let go, even when Quit fails and throws.
     void Guardar(const std::string& libro);
-    /// Quits without saving.
+    /// The copy that the last Guardar kept; empty when none was needed.
+    std::filesystem::path conservado() const { return conservado_; }
+    /// Quits without saving. Everything is let go, even when Quit fails and throws.
     void Cerrar();
 
  private:
     bool iniciar(std::string& error);
     void abandonar();
     void soltar();
+    void terminar();
+    bool abrirOSustituir(const std::string& libro);
+    void clasificar(const std::string& libro, const std::string& descripcion);
+    bool situarEnHoja(const std::string& hoja, bool conservar);
+    void agregarHoja(const std::string& hoja);
     bool buscarHoja(const std::string& nombre);
     void dejarSoloLaActual(std::string& error);
-    void conservarElAnterior() const;
+    void conservarElAnterior();
     std::unique_ptr<excel::Range> celda(int16_t fila, int16_t columna);
     void alinearColumna(int16_t columna, int32_t alineacion, float ancho);
     std::unique_ptr<excel::NombreDefinido> buscarNombre(const std::string& nombre);
@@ -91,6 +119,11 @@ class XCel {
     std::unique_ptr<excel::Workbook> libro_;
     std::unique_ptr<excel::Worksheet> hoja_;
     bool sustituye_ = false;  // the workbook is a new one in place of what could not be opened
+    EnLugarDe enLugarDe_ = EnLugarDe::kNada;
+    bool enHojaPedida_ = false;
+    bool arranco_ = false;
+    std::string motivo_;
+    std::filesystem::path conservado_;
     std::string rutaLibro_;
     std::string nombreHoja_;
 };

@@ -24,6 +24,21 @@ class ErrorExcel : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+/// Why Workbooks::Open did not open a file that exists. what() names the workbook, the cause and
+/// what to do about it.
+class ErrorDeApertura : public ErrorExcel {
+ public:
+    enum class Clase {
+        kDanado,  ///< damaged, or no workbook at all
+        kSano  ///< sound, but not to be opened now or by us: in use, protected, of another format
+    };
+    ErrorDeApertura(const std::string& texto, Clase clase) : ErrorExcel(texto), clase_(clase) {}
+    Clase clase() const { return clase_; }
+
+ private:
+    Clase clase_;
+};
+
 /// Base of all the model's interfaces.
 class Objeto {
  public:
@@ -117,10 +132,14 @@ class Workbook : public Objeto {
     /// modoDeAcceso 1: no change. The file format is the application's own.
     virtual void SaveAs(const std::string& libro, int32_t modoDeAcceso) = 0;
     virtual void Close() = 0;
+    /// Throws ErrorDeApertura when the workbook can only be read because somebody else has it. A
+    /// backend whose Open already refuses such a workbook has nothing to add.
+    virtual void exigirLibre() {}
 };
 
 class Workbooks : public Objeto {
  public:
+    /// Throws ErrorDeApertura for a file that exists, when it knows what is wrong with it.
     virtual std::unique_ptr<Workbook> Open(const std::string& libro) = 0;
     virtual std::unique_ptr<Workbook> Add() = 0;
     /// A new workbook made after a template.

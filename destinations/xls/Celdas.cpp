@@ -38,20 +38,29 @@ bool Fila::formatoPropio(uint16_t& xf) const {
     return true;
 }
 
+Fila* TablaDeCeldas::filaEnMemoria(int32_t numero) {
+    const auto bloque = bloques_.find(numero / kFilasPorBloque);
+    if (bloque == bloques_.end()) return nullptr;
+    return &bloque->second[static_cast<size_t>(numero % kFilasPorBloque)];
+}
+
 const Fila* TablaDeCeldas::fila(int32_t numero) const {
-    return numero < cuantasFilas() ? &filas_[static_cast<size_t>(numero)] : nullptr;
+    static const Fila kVacia;
+    if (numero >= fin_) return nullptr;
+    const Fila* fila = const_cast<TablaDeCeldas*>(this)->filaEnMemoria(numero);
+    return fila != nullptr ? fila : &kVacia;
 }
 
 Fila& TablaDeCeldas::crearFila(int32_t numero) {
-    if (numero >= cuantasFilas()) filas_.resize(static_cast<size_t>(numero) + 1);
-    return filas_[static_cast<size_t>(numero)];
+    fin_ = std::max(fin_, numero + 1);
+    return bloques_[numero / kFilasPorBloque][static_cast<size_t>(numero % kFilasPorBloque)];
 }
 
 const Celda* TablaDeCeldas::buscar(int32_t numero, int32_t columna) const {
-    if (numero >= cuantasFilas()) return nullptr;
-    const std::vector<Celda>& celdas = filas_[static_cast<size_t>(numero)].celdas;
-    const auto lugar = lugarDe(celdas, columna);
-    return lugar != celdas.end() && lugar->columna == columna ? &*lugar : nullptr;
+    const Fila* hallada = fila(numero);
+    if (hallada == nullptr) return nullptr;
+    const auto lugar = lugarDe(hallada->celdas, columna);
+    return lugar != hallada->celdas.end() && lugar->columna == columna ? &*lugar : nullptr;
 }
 
 Celda* TablaDeCeldas::buscar(int32_t numero, int32_t columna) {
@@ -72,10 +81,10 @@ Celda& TablaDeCeldas::crear(int32_t numero, int32_t columna, uint16_t xf) {
 }
 
 void TablaDeCeldas::borrar(int32_t numero, int32_t columna) {
-    if (numero >= cuantasFilas()) return;
-    std::vector<Celda>& celdas = filas_[static_cast<size_t>(numero)].celdas;
-    const auto lugar = lugarDe(celdas, columna);
-    if (lugar != celdas.end() && lugar->columna == columna) celdas.erase(lugar);
+    Fila* hallada = filaEnMemoria(numero);
+    if (hallada == nullptr) return;
+    const auto lugar = lugarDe(hallada->celdas, columna);
+    if (lugar != hallada->celdas.end() && lugar->columna == columna) hallada->celdas.erase(lugar);
 }
 
 const std::string& TablaDeCeldas::crudo(const Celda& celda) const {

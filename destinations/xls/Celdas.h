@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -61,13 +62,18 @@ struct Fila {
     bool formatoPropio(uint16_t& xf) const;
 };
 
-/// The cells of one worksheet, by row and column counted from 0.
+/// The cells of one worksheet, by row and column counted from 0. Rows are kept in small blocks, so
+/// that a cell far down costs no more than any other.
 class TablaDeCeldas {
  public:
     /// One past the last row there may be something in.
-    int32_t cuantasFilas() const { return static_cast<int32_t>(filas_.size()); }
+    int32_t cuantasFilas() const { return fin_; }
+    /// Rows that memory is taken for.
+    size_t filasEnMemoria() const { return bloques_.size() * kFilasPorBloque; }
     /// Null when the table does not reach so far.
     const Fila* fila(int32_t numero) const;
+    /// Null when memory is taken for no such row: then there is nothing in it.
+    Fila* filaEnMemoria(int32_t numero);
     Fila& crearFila(int32_t numero);
 
     /// Null when there is no such cell.
@@ -84,7 +90,11 @@ class TablaDeCeldas {
     uint64_t guardarCrudo(std::string registros);
 
  private:
-    std::vector<Fila> filas_;
+    static constexpr int32_t kFilasPorBloque = 8;
+    using Bloque = std::array<Fila, kFilasPorBloque>;
+
+    std::map<int32_t, Bloque> bloques_;  // by row number, divided
+    int32_t fin_ = 0;
     std::vector<std::string> crudas_;
 };
 

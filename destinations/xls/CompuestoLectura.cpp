@@ -169,7 +169,7 @@ class LectorCompuesto {
 };
 
 Compuesto Compuesto::abrir(std::string_view fichero) {
-    if (!loParece(fichero)) rechazar("El fichero no es un libro de Excel (.xls).");
+    if (!loParece(fichero)) throw ErrorLibroDanado("El fichero no es un libro de Excel (.xls).");
     if (fichero.size() < 2 * kLargoCabecera) danado("falta el final del fichero");
     return LectorCompuesto(fichero).leer();
 }

@@ -129,10 +129,11 @@ class Copia {
         vaciar(destino_, final_);
         TablaDeCeldas& tabla = destino_.celdas->tabla();
         for (int32_t i = final_.fila0; i <= final_.fila1 && i < tabla.cuantasFilas(); ++i) {
-            Fila& fila = tabla.crearFila(i);
-            std::erase_if(fila.celdas,
+            Fila* fila = tabla.filaEnMemoria(i);
+            if (fila == nullptr) continue;
+            std::erase_if(fila->celdas,
                           [&](const Celda& celda) { return final_.contiene(i, celda.columna); });
-            if (area_.filasEnteras()) fila.tieneRegistro = false;
+            if (area_.filasEnteras()) fila->tieneRegistro = false;
         }
     }
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "destinations/xls/Bytes.h"
+#include "destinations/xls/Edicion.h"
 
 namespace bn::xls {
 namespace {
@@ -115,11 +116,13 @@ void cambiarColumnas(Hoja& hoja, const Area& area, const CambioDeXf& cambio) {
     }
     TablaDeCeldas& tabla = hoja.celdas->tabla();
     for (int32_t i = 0; i < tabla.cuantasFilas(); ++i) {
+        Fila* fila = tabla.filaEnMemoria(i);
+        if (fila == nullptr) continue;
         uint16_t xfFila = 0;
-        const bool propio = tabla.crearFila(i).formatoPropio(xfFila);
+        const bool propio = fila->formatoPropio(xfFila);
         for (int32_t j = area.columna0; propio && j <= area.columna1; ++j)
             tabla.crear(i, j, xfFila);
-        for (Celda& celda : tabla.crearFila(i).celdas) {
+        for (Celda& celda : fila->celdas) {
             if (area.contiene(i, celda.columna)) ponerXf(hoja, celda, cambio(celda.xf));
         }
     }
@@ -151,6 +154,7 @@ void cambiarFila(Hoja& hoja, int32_t numero, const CambioDeXf& cambio) {
 }
 
 void cambiarFormato(Hoja& hoja, const Area& area, const CambioDeXf& cambio) {
+    exigirSinProteccion(hoja);
     hoja.libro->tocar(hoja);
     if (area.columnasEnteras()) {
         cambiarColumnas(hoja, area, cambio);
@@ -173,6 +177,7 @@ void cambiarFormato(Hoja& hoja, const Area& area, const CambioDeXf& cambio) {
 
 void anchoDeColumnas(Hoja& hoja, const Area& area, double ancho) {
     if (!(ancho >= 0 && ancho <= 255)) rechazar("El ancho de una columna va de 0 a 255.");
+    exigirSinProteccion(hoja);
     hoja.libro->tocar(hoja);
     const auto unidades = static_cast<uint16_t>(std::lround(ancho * 256));
     for (int32_t i = area.columna0; i <= area.columna1; ++i) {

@@ -185,12 +185,24 @@ Variante leerCelda(Hoja& hoja, int32_t fila, int32_t columna) {
     return std::string();
 }
 
+void exigirSinProteccion(const Hoja& hoja) {
+    if (!hoja.celdas->protegida()) return;
+    rechazar("La hoja \"" + hoja.nombre +
+             "\" está protegida. Quítele la protección, o desbloquee las celdas en que se "
+             "escribe.");
+}
+
 void escribirCelda(Hoja& hoja, int32_t fila, int32_t columna, const Variante& valor) {
+    const HojaDeCeldas& celdas = *hoja.celdas;
+    const Celda* vieja = celdas.tabla().buscar(fila, columna);
+    const uint16_t xf = vieja != nullptr ? vieja->xf : celdas.xfHeredado(fila, columna);
+    if (celdas.protegida() && hoja.libro->formatos().bloquea(xf)) exigirSinProteccion(hoja);
     hoja.libro->tocarContenido(hoja);
     std::visit(Escritura(hoja, fila, columna), valor);
 }
 
 void vaciar(Hoja& hoja, const Area& area) {
+    exigirSinProteccion(hoja);
     hoja.libro->tocarContenido(hoja);
     exigirDivisible(hoja, area);
     TablaDeCeldas& tabla = hoja.celdas->tabla();

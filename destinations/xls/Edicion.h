@@ -14,9 +14,12 @@ namespace bn::xls {
 /// notation, "" for an empty cell. Rows and columns count from 0.
 Variante leerCelda(Hoja& hoja, int32_t fila, int32_t columna);
 
+/// Throws excel::ErrorExcel when the sheet's owner has protected it.
+void exigirSinProteccion(const Hoja& hoja);
+
 /// Sets a cell and keeps its format. A text is taken as a typed entry; a date in a cell of format
 /// General takes on a date format; nothing, or "", empties the cell. Throws excel::ErrorExcel for
-/// what a cell cannot hold.
+/// what a cell cannot hold, and for a locked cell of a protected sheet.
 void escribirCelda(Hoja& hoja, int32_t fila, int32_t columna, const Variante& valor);
 
 /// Empties the cells of an area and keeps their formats.

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "destinations/xls/Errores.h"
 
-#include "destinations/excel/ObjectModel.h"
-
 namespace bn::xls {
 
 void rechazar(const std::string& texto) { throw excel::ErrorExcel(texto); }
 
-void danado(const std::string& detalle) { rechazar("El libro está dañado: " + detalle + "."); }
+void danado(const std::string& detalle) {
+    throw ErrorLibroDanado("El libro está dañado: " + detalle +
+                           ". Repárelo con otro programa o recupérelo de una copia.");
+}
 
 }  // namespace bn::xls

@@ -13,13 +13,15 @@ namespace {
 
 constexpr size_t kLargoXf = 20;
 constexpr size_t kPosNumero = 2;
+constexpr size_t kPosProteccion = 4;
+constexpr uint8_t kBloquea = 0x01;
 constexpr size_t kPosAlineacion = 6;
 constexpr size_t kPosUsados = 9;
 constexpr uint8_t kUsaNumero = 0x04;
 constexpr uint8_t kUsaAlineacion = 0x10;
 constexpr size_t kPosXfDeExtension = 14;
-// The format allows 4050; Excel itself refuses to work near that.
-constexpr size_t kMaximoXf = 4000;
+// As many as the application itself takes.
+constexpr size_t kMaximoXf = 4050;
 constexpr uint16_t kPrimeroPropio = 164;
 constexpr uint16_t kTexto = 49;
 
@@ -91,6 +93,11 @@ void Formatos::exigir(uint16_t xf) const {
 uint16_t Formatos::numeroDe(uint16_t xf) const {
     exigir(xf);
     return Vista(xfs_[xf]).u16(kPosNumero);
+}
+
+bool Formatos::bloquea(uint16_t xf) const {
+    exigir(xf);
+    return (static_cast<uint8_t>(xfs_[xf][kPosProteccion]) & kBloquea) != 0;
 }
 
 bool Formatos::esGeneral(uint16_t xf) const {
@@ -167,7 +174,9 @@ uint16_t Formatos::agregar(uint16_t original, std::string datos) {
     const auto igual = porDatos_.find(datos);
     if (igual != porDatos_.end()) return igual->second;
     if (xfs_.size() >= kMaximoXf)
-        rechazar("El libro tiene demasiados formatos de celda distintos.");
+        rechazar(
+            "El libro ya tiene 4.050 formatos de celda distintos y no caben más; quite los que "
+            "no use o empiece un libro nuevo.");
     const auto nuevo = static_cast<uint16_t>(xfs_.size());
     const size_t sitio = *trasUltimo(globales_, {id::kXf});
     globales_.insert(globales_.begin() + static_cast<ptrdiff_t>(sitio), Registro{id::kXf, datos});

@@ -22,6 +22,8 @@ class Formatos {
     /// Throws ErrorExcel when there is no cell format of that number.
     void exigir(uint16_t xf) const;
 
+    /// Whether a protected sheet keeps such a cell from being changed.
+    bool bloquea(uint16_t xf) const;
     /// True also for the formats of that code that other programs number for themselves.
     bool esGeneral(uint16_t xf) const;
     bool esTexto(uint16_t xf) const;

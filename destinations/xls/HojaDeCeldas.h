@@ -33,6 +33,9 @@ class HojaDeCeldas {
     /// Areas of array formulas and of data tables, which can only be changed whole.
     std::vector<Area>& areasIndivisibles() { return areas_; }
 
+    /// Whether its owner has protected it: then only cells with formats that allow it change.
+    bool protegida() const { return protegida_; }
+
     bool tieneFormulas() const { return tieneFormulas_; }
     void anotarFormula() { tieneFormulas_ = true; }
 
@@ -54,6 +57,7 @@ class HojaDeCeldas {
     Registros cola_;
     std::vector<Area> areas_;
     std::array<uint16_t, kColumnas> xfColumna_{};
+    bool protegida_ = false;
     bool tieneFormulas_ = false;
 };
 

@@ -20,6 +20,9 @@ class LectorHoja {
             if (registro->id == id::kBof) ++profundidad;
             const bool propio = profundidad == 1;
             if (registro->id == id::kEof) --profundidad;
+            if (propio && registro->id == id::kProtect) {
+                hoja_.protegida_ = hoja_.protegida_ || estaPuesta(registro->datos);
+            }
             if (!propio || !leerDeTabla(*registro)) dejar(*registro, propio);
         }
     }

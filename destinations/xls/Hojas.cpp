@@ -128,6 +128,7 @@ void renumerar(Libro& libro, const std::vector<int32_t>& nuevos) {
 }  // namespace
 
 std::shared_ptr<Hoja> anadirHoja(Libro& libro, const Hoja& tras) {
+    libro.exigirEstructuraLibre();
     libro.tocar();
     if (libro.hojas().size() >= kMaximoHojas) rechazar("El libro no admite más hojas.");
     const size_t anterior = libro.lugarDe(tras);
@@ -156,6 +157,7 @@ void renombrarHoja(Hoja& hoja, const std::string& nombre) {
     if (hoja.nombre == nombre) return;
     exigirNombre(hoja, nombre);
     Libro& libro = *hoja.libro;
+    libro.exigirEstructuraLibre();
     libro.tocar();
     std::string& datos = libro.globales()[indiceBoundSheet(libro, libro.lugarDe(hoja))].datos;
     datos = boundSheet(datos, nombre);
@@ -164,6 +166,7 @@ void renombrarHoja(Hoja& hoja, const std::string& nombre) {
 
 void borrarHoja(Hoja& hoja) {
     Libro& libro = *hoja.libro;
+    libro.exigirEstructuraLibre();
     const size_t lugar = libro.lugarDe(hoja);
     const bool quedaVisible =
         std::any_of(libro.hojas().begin(), libro.hojas().end(),

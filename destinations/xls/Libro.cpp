@@ -13,6 +13,11 @@ namespace {
 // Shorter streams live in the mini stream; the workbook's never does.
 constexpr size_t kMinimoFlujo = 4096;
 
+// Rows that stand far apart cost a few bytes of the file each and a whole block of rows in memory:
+// so many are allowed for, beside those that the file's size can fill.
+constexpr size_t kFilasDispersas = size_t{16} * kFilas;
+constexpr size_t kMinimoPorFila = 8;
+
 // Records that stand behind the string table, among the globals.
 bool vaTrasCadenas(uint16_t numero) {
     constexpr uint16_t kDetras[] = {0x0801, 0x080B, 0x0863, 0x0865, 0x0867,
@@ -40,6 +45,14 @@ size_t Libro::lugarDe(const Hoja& hoja) const {
 bool Libro::fechas1904() const {
     const size_t lugar = buscarRegistro(globales_, id::kDateMode);
     return lugar < globales_.size() && Vista(globales_[lugar].datos).u16(0) == 1;
+}
+
+void Libro::exigirEstructuraLibre() const {
+    const size_t lugar = buscarRegistro(globales_, id::kProtect);
+    if (lugar == globales_.size() || !estaPuesta(globales_[lugar].datos)) return;
+    rechazar(
+        "El libro tiene protegida su estructura: no admite que se añadan, borren ni cambien de "
+        "nombre sus hojas. Quítele la protección, o use una de las hojas que tiene.");
 }
 
 void Libro::tocar() {
@@ -75,6 +88,15 @@ std::string Libro::serializar() {
     return fichero;
 }
 
+// The same when reading and when writing, so that what has been saved can be opened again.
+void Libro::exigirCabida(size_t filas, size_t bytes) {
+    const size_t limite = kFilasDispersas + bytes / kMinimoPorFila;
+    if (filas <= limite) return;
+    rechazar("Las hojas del libro tienen sus datos repartidos por demasiadas filas (" +
+             std::to_string(filas) + "; en un libro de este tamaño caben " +
+             std::to_string(limite) + "). Júntelos o repártalos entre varios libros.");
+}
+
 void Libro::prepararCadenas() {
     if (cadenas_->cuantas() == 0) return;
     size_t lugar = buscarRegistro(globales_, id::kSst);
@@ -95,8 +117,10 @@ std::string Libro::componerFlujo() {
     flujo.reserve(flujo_.size() + flujo_.size() / 2 + 65536);
     std::vector<size_t> referencias;
     ponerGlobales(flujo, referencias);
+    size_t filas = 0;
     for (size_t i = 0; i < hojas_.size(); ++i) {
         const Hoja& hoja = *hojas_[i];
+        if (hoja.esDeCalculo()) filas += hoja.celdas->tabla().filasEnMemoria();
         const size_t posicion = flujo.size();
         cambiar32(flujo, referencias.at(i), static_cast<uint32_t>(posicion));
         const bool pendiente =
@@ -105,6 +129,7 @@ std::string Libro::componerFlujo() {
                              : moverSubflujo(hoja.original, hoja.posicion, posicion, pendiente);
     }
     for (const std::string_view suelto : sinReferencia_) flujo += suelto;
+    exigirCabida(filas, flujo.size());
     if (flujo.size() < kMinimoFlujo) flujo.resize(kMinimoFlujo, '\0');
     return flujo;
 }

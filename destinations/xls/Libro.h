@@ -58,6 +58,8 @@ class Libro {
     Formatos& formatos() { return *formatos_; }
     LibrosExternos& librosExternos() { return *externos_; }
     Nombres& nombres() { return *nombres_; }
+    /// Throws when the owner has protected the structure: then no sheet comes, goes or is renamed.
+    void exigirEstructuraLibre() const;
     /// All the sheets, worksheets and others, in their order.
     std::vector<std::shared_ptr<Hoja>>& hojas() { return hojas_; }
     /// 0-based place of a sheet; throws when it is none of this workbook's.
@@ -75,6 +77,7 @@ class Libro {
     void leerHojas(const std::vector<Subflujo>& bordes);
     void leerHoja(const Registro& boundSheet, const Subflujo& bordes);
     void prepararCadenas();
+    static void exigirCabida(size_t filas, size_t bytes);
     std::string componerFlujo();
     void ponerGlobales(std::string& flujo, std::vector<size_t>& referencias);
     void ponerIndiceDeCadenas(std::string& flujo, const std::string& original, size_t posicionSst);

@@ -123,6 +123,8 @@ void LibroInterno::SaveAs(const std::string& libro, int32_t /*modoDeAcceso*/) {
 
 void LibroInterno::Close() { sesion_->cerrar(*exigirAbierto(abierto_)); }
 
+void LibroInterno::exigirLibre() { sesion_->exigirLibre(*exigirAbierto(abierto_)); }
+
 std::unique_ptr<excel::Workbook> LibrosInternos::Open(const std::string& libro) {
     return std::make_unique<LibroInterno>(sesion_, sesion_->abrir(libro));
 }

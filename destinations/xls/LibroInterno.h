@@ -24,6 +24,7 @@ class LibroInterno final : public excel::Workbook {
     std::string Name() override;
     void SaveAs(const std::string& libro, int32_t modoDeAcceso) override;
     void Close() override;
+    void exigirLibre() override;
 
  private:
     std::shared_ptr<Sesion> sesion_;

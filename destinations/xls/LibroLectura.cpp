@@ -13,32 +13,47 @@ constexpr uint16_t kBiff8 = 0x0600;
 constexpr uint16_t kTipoGlobales = 0x0005;
 constexpr uint16_t kTipoHoja = 0x0010;
 
-// A cell in the last row costs a few bytes of the file and a whole sheet's rows in memory: so many
-// empty rows are allowed for, beside those that the file's size can fill.
-constexpr size_t kFilasSinContenido = size_t{64} * kFilas;
-constexpr size_t kMinimoPorFila = 8;
-
 constexpr const char* kAntiguo =
-    "El libro es de una versión anterior a Excel 97 y no se puede abrir; guárdelo antes como libro "
-    "de Excel 97-2003.";
+    "El libro es de una versión anterior a Excel 97; guárdelo antes como libro de Excel 97-2003.";
 constexpr const char* kCifrado =
-    "El libro está cifrado o protegido con contraseña y no se puede abrir.";
+    "El libro está protegido con contraseña; quítesela con su programa y vuelva a guardarlo.";
+constexpr const char* kOdf =
+    "El fichero es un libro ODF (.ods), aunque se llame .xls; guárdelo antes como libro de Excel "
+    "97-2003.";
+constexpr const char* kXlsx =
+    "El fichero es un libro XLSX, aunque se llame .xls; guárdelo antes como libro de Excel "
+    "97-2003.";
+constexpr const char* kXml =
+    "El fichero es un libro guardado como XML o página web, aunque se llame .xls; guárdelo antes "
+    "como libro de Excel 97-2003.";
 
-// Says what a file is that is no compound file, as far as its first bytes tell.
+bool contiene(std::string_view texto, std::string_view parte) {
+    return texto.find(parte) != std::string_view::npos;
+}
+
+// Says what a file is that is no compound file, as far as its bytes tell.
 [[noreturn]] void rechazarFichero(std::string_view fichero) {
-    if (fichero.empty()) rechazar("El fichero está vacío.");
+    constexpr size_t kComienzo = 4096;
+    const std::string_view comienzo = fichero.substr(0, kComienzo);
+    if (fichero.empty()) throw ErrorLibroDanado("El fichero está vacío.");
     if (fichero.starts_with("PK")) {
-        rechazar(
-            "El fichero es un libro XLSX, aunque se llame .xls; guárdelo antes como libro de "
-            "Excel 97-2003.");
+        if (contiene(comienzo, "application/vnd.oasis.opendocument")) rechazar(kOdf);
+        if (contiene(fichero, "[Content_Types].xml")) rechazar(kXlsx);
+        throw ErrorLibroDanado(
+            "El fichero es un archivo comprimido o un libro XLSX cortado, no un libro de Excel "
+            "(.xls).");
     }
-    const size_t letra = fichero.substr(0, 512).find_first_not_of(" \t\r\n\xEF\xBB\xBF");
-    if (letra != std::string_view::npos && fichero[letra] == '<') {
-        rechazar("El fichero es una página HTML o XML, no un libro de Excel (.xls).");
+    const size_t letra = comienzo.find_first_not_of(" \t\r\n\xEF\xBB\xBF");
+    if (letra != std::string_view::npos && comienzo[letra] == '<') {
+        const bool deExcel = contiene(comienzo, "urn:schemas-microsoft-com:office:");
+        if (deExcel || contiene(comienzo, "urn:oasis:names:tc:opendocument")) {
+            rechazar(kXml);
+        }
+        throw ErrorLibroDanado("El fichero es una página HTML o XML, no un libro de Excel (.xls).");
     }
     const bool flujoSuelto = fichero.size() > 2 && fichero[0] == 9 && (fichero[1] & 0xF1) == 0;
     if (flujoSuelto) rechazar(kAntiguo);
-    rechazar("El fichero no es un libro de Excel (.xls).");
+    throw ErrorLibroDanado("El fichero no es un libro de Excel (.xls).");
 }
 
 // Number of the substream that begins there, in the order of the stream; 0, that of the globals,
@@ -60,7 +75,7 @@ std::shared_ptr<Libro> Libro::abrir(std::string_view fichero, int anio) {
     if (!numero) {
         if (compuesto.buscar("EncryptedPackage")) rechazar(kCifrado);
         if (compuesto.buscar("Book")) rechazar(kAntiguo);
-        rechazar("El fichero no contiene ningún libro de Excel.");
+        throw ErrorLibroDanado("El fichero no contiene ningún libro de Excel.");
     }
     std::string flujo = compuesto.flujo(*numero);
     compuesto.flujo(*numero, {});
@@ -124,11 +139,9 @@ void Libro::leerHojas(const std::vector<Subflujo>& bordes) {
         if (lugar == 0 || citados[lugar]) danado("una hoja no está donde dice");
         citados[lugar] = true;
         leerHoja(registro, bordes[lugar]);
-        if (!hojas_.back()->esDeCalculo()) continue;
-        filas += static_cast<size_t>(hojas_.back()->celdas->tabla().cuantasFilas());
-        if (filas > kFilasSinContenido + flujo_.size() / kMinimoPorFila) {
-            danado("sus hojas dicen tener más filas de las que caben");
-        }
+        const Hoja& leida = *hojas_.back();
+        if (leida.esDeCalculo()) filas += leida.celdas->tabla().filasEnMemoria();
+        exigirCabida(filas, flujo_.size());
     }
     if (hojas_.empty()) danado("no tiene hojas");
     for (size_t i = 1; i < bordes.size(); ++i) {

@@ -13,8 +13,8 @@ namespace {
 
 class AplicacionInterna final : public excel::Application {
  public:
-    explicit AplicacionInterna(std::function<double()> ahora)
-        : sesion_(std::make_shared<Sesion>(std::move(ahora))) {}
+    AplicacionInterna(std::function<double()> ahora, Disco& disco)
+        : sesion_(std::make_shared<Sesion>(std::move(ahora), disco)) {}
     ~AplicacionInterna() override { sesion_->terminar(); }
 
     // It never asks anything, so there is nothing to keep quiet; nor has it a window to show.
@@ -56,8 +56,9 @@ class AplicacionInterna final : public excel::Application {
 
 }  // namespace
 
-std::unique_ptr<excel::Application> nuevaAplicacionInterna(std::function<double()> ahora) {
-    return std::make_unique<AplicacionInterna>(std::move(ahora));
+std::unique_ptr<excel::Application> nuevaAplicacionInterna(std::function<double()> ahora,
+                                                           Disco& disco) {
+    return std::make_unique<AplicacionInterna>(std::move(ahora), disco);
 }
 
 }  // namespace bn::xls

@@ -70,4 +70,6 @@ std::vector<Subflujo> subflujos(std::string_view flujo) {
     return lista;
 }
 
+bool estaPuesta(std::string_view datos) { return datos.size() >= 2 && Vista(datos).u16(0) != 0; }
+
 }  // namespace bn::xls

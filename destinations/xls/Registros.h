@@ -17,6 +17,7 @@ inline constexpr uint16_t kEof = 0x000A;
 inline constexpr uint16_t kExternSheet = 0x0017;
 inline constexpr uint16_t kName = 0x0018;
 inline constexpr uint16_t kVerticalPageBreaks = 0x001A;
+inline constexpr uint16_t kProtect = 0x0012;
 inline constexpr uint16_t kHorizontalPageBreaks = 0x001B;
 inline constexpr uint16_t kDateMode = 0x0022;
 inline constexpr uint16_t kFilePass = 0x002F;
@@ -99,6 +100,9 @@ using Registros = std::vector<Registro>;
 
 /// Appends a record's head and data. The data must fit one record.
 void ponerRegistro(std::string& salida, uint16_t id, std::string_view datos);
+
+/// Whether the data of a record that holds one switch have it on.
+bool estaPuesta(std::string_view datos);
 
 /// Index of the first record of that number at or behind desde; size() when there is none.
 size_t buscarRegistro(const Registros& lista, uint16_t id, size_t desde = 0);

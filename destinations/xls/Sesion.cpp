@@ -6,7 +6,9 @@
 #include <utility>
 
 #include "destinations/excel/ObjectModel.h"
+#include "destinations/xls/Apertura.h"
 #include "destinations/xls/Bytes.h"
+#include "destinations/xls/EnUso.h"
 #include "platform/Ficheros.h"
 
 namespace bn::xls {
@@ -49,27 +51,28 @@ void Sesion::exigirViva() const {
 
 int Sesion::anio() const { return static_cast<int>(calendario(ahora_()).year()); }
 
-std::shared_ptr<Libro> Sesion::leer(const fs::path& ruta) const {
-    try {
-        const auto bytes = ficheros::leer(ruta);
-        if (!bytes) rechazar("El libro \"" + ficheros::aTexto(ruta) + "\" no existe.");
-        return Libro::abrir(*bytes, anio());
-    } catch (const ErrorFichero& error) {
-        rechazar(error.what());
-    }
-}
-
 std::shared_ptr<LibroAbierto> Sesion::alta(std::shared_ptr<Libro> libro, std::string nombre) {
     seleccion_ = {hojaDelante(*libro), {}};
     libros_.push_back(
-        std::make_shared<LibroAbierto>(LibroAbierto{std::move(libro), std::move(nombre)}));
+        std::make_shared<LibroAbierto>(LibroAbierto{std::move(libro), std::move(nombre), {}}));
     return libros_.back();
 }
 
 std::shared_ptr<LibroAbierto> Sesion::abrir(const std::string& texto) {
     exigirViva();
     const fs::path ruta = ficheros::aRuta(texto);
-    return alta(leer(ruta), ficheros::aTexto(ruta.filename()));
+    std::shared_ptr<LibroAbierto> abierto =
+        alta(abrirFichero(disco_, ruta, anio()), ficheros::aTexto(ruta.filename()));
+    abierto->ruta = ruta;
+    return abierto;
+}
+
+void Sesion::exigirLibre(const LibroAbierto& abierto) const {
+    exigirViva();
+    if (abierto.ruta.empty()) return;
+    const std::string aviso = avisoDeEnUso(disco_, abierto.ruta);
+    if (aviso.empty()) return;
+    throw excel::ErrorDeApertura(aviso, excel::ErrorDeApertura::Clase::kSano);
 }
 
 std::shared_ptr<LibroAbierto> Sesion::nuevo() {
@@ -80,18 +83,21 @@ std::shared_ptr<LibroAbierto> Sesion::nuevo() {
 std::shared_ptr<LibroAbierto> Sesion::nuevoDePlantilla(const std::string& plantilla) {
     exigirViva();
     const fs::path ruta = ficheros::aRuta(plantilla);
-    return alta(leer(ruta), ficheros::aTexto(ruta.stem()) + "1");
+    return alta(abrirFichero(disco_, ruta, anio()), ficheros::aTexto(ruta.stem()) + "1");
 }
 
 void Sesion::guardar(LibroAbierto& abierto, const std::string& texto) {
     exigirViva();
     const fs::path ruta = ficheros::aRuta(texto);
+    const std::string enUso = avisoDeEnUso(disco_, ruta);
+    if (!enUso.empty()) rechazar(enUso);
     try {
-        ficheros::reemplazar(ruta, abierto.libro->serializar());
+        ficheros::reemplazar(disco_, ruta, abierto.libro->serializar());
     } catch (const ErrorFichero& fallo) {
         rechazar(fallo.what());
     }
     abierto.nombre = ficheros::aTexto(ruta.filename());
+    abierto.ruta = ruta;
 }
 
 void Sesion::cerrar(const LibroAbierto& abierto) {

@@ -9,6 +9,7 @@
 
 #include "destinations/xls/Celdas.h"
 #include "destinations/xls/Libro.h"
+#include "platform/Disco.h"
 
 namespace bn::xls {
 
@@ -16,6 +17,7 @@ namespace bn::xls {
 struct LibroAbierto {
     std::shared_ptr<Libro> libro;
     std::string nombre;
+    std::filesystem::path ruta;  ///< the file it was opened from; empty for a new workbook
 };
 
 /// An area of some sheet; the sheet may be gone.
@@ -28,13 +30,14 @@ struct AreaDeHoja {
 /// does, but then holds no workbook, so that all of them answer with an error.
 class Sesion {
  public:
-    explicit Sesion(std::function<double()> ahora) : ahora_(std::move(ahora)) {}
+    Sesion(std::function<double()> ahora, Disco& disco) : ahora_(std::move(ahora)), disco_(disco) {}
 
     std::shared_ptr<LibroAbierto> abrir(const std::string& ruta);
     std::shared_ptr<LibroAbierto> nuevo();
     std::shared_ptr<LibroAbierto> nuevoDePlantilla(const std::string& plantilla);
-    /// Writes the workbook to the file. A file in the way that this application had failed to open
-    /// is first kept beside it.
+    /// Throws excel::ErrorDeApertura when somebody else has the workbook's file open.
+    void exigirLibre(const LibroAbierto& abierto) const;
+    /// Writes the workbook to the file, unless somebody else has that one open.
     void guardar(LibroAbierto& abierto, const std::string& ruta);
     void cerrar(const LibroAbierto& abierto);
     void terminar();
@@ -47,11 +50,11 @@ class Sesion {
     AreaDeHoja& copiado() { return copiado_; }
 
  private:
-    std::shared_ptr<Libro> leer(const std::filesystem::path& ruta) const;
     std::shared_ptr<LibroAbierto> alta(std::shared_ptr<Libro> libro, std::string nombre);
     int anio() const;
 
     std::function<double()> ahora_;
+    Disco& disco_;
     std::vector<std::shared_ptr<LibroAbierto>> libros_;
     AreaDeHoja seleccion_;
     AreaDeHoja copiado_;

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -26,6 +27,20 @@ HRESULT negativa(int64_t vez) {
     return static_cast<HRESULT>(kNegativas[static_cast<std::size_t>(vez) % kNegativas.size()]);
 }
 
+// Longer than any limit of a test; not for ever, for a test that fails is not to leave it behind.
+constexpr DWORD kCuelgueMs = 60'000;
+constexpr const char* kVersionUsual = "16.0";
+
+bool esDeLlamada(const std::string& que) {
+    constexpr std::array kQue{"ocupado", "falla", "muda", "cuelga", "tarda", "muere"};
+    return std::find(kQue.begin(), kQue.end(), que) != kQue.end();
+}
+
+[[noreturn]] void acabarElProceso() {
+    TerminateProcess(GetCurrentProcess(), 1);
+    std::abort();
+}
+
 }  // namespace
 
 Diario::Diario() : archivo_(variable(kVariableDiario)) {
@@ -37,19 +52,45 @@ Diario::Diario() : archivo_(variable(kVariableDiario)) {
         orden.que = palabra.substr(0, igual);
         if (igual != std::string::npos) orden.llamada = palabra.substr(igual + 1, coma - igual - 1);
         if (coma != std::string::npos) orden.veces = std::stoll(palabra.substr(coma + 1));
+        orden.deLlamada = esDeLlamada(orden.que);
         ordenes_.push_back(orden);
     }
 }
 
-bool Diario::tiene(const char* palabra) const {
-    return std::any_of(ordenes_.begin(), ordenes_.end(),
-                       [&](const Orden& orden) { return orden.que == palabra; });
+std::optional<std::string> Diario::orden(const char* palabra) const {
+    for (const Orden& una : ordenes_) {
+        if (una.que == palabra) return una.llamada;
+    }
+    return std::nullopt;
+}
+
+int Diario::versionMayor() const { return std::stoi(orden("version").value_or(kVersionUsual)); }
+
+bool Diario::ausente(int64_t negadas) const {
+    const auto veces = orden("ausente");
+    return veces && (veces->empty() || negadas < std::stoll(*veces));
+}
+
+/// What is to happen in the call besides failing.
+void Diario::estropear(Orden& orden, const std::string& miembro) const {
+    if (orden.que == "tarda") {
+        Sleep(static_cast<DWORD>(orden.veces.value_or(0)));
+        return;
+    }
+    if (orden.veces && --*orden.veces != 0) return;
+    anotar(orden.que + ": " + miembro);
+    if (orden.que == "cuelga") Sleep(kCuelgueMs);
+    acabarElProceso();
 }
 
 HRESULT Diario::llamada(const std::string& miembro) {
     const std::string numero = std::to_string(++llamadas_);
     for (Orden& orden : ordenes_) {
-        if (orden.llamada != numero && orden.llamada != miembro) continue;
+        if (!orden.deLlamada || (orden.llamada != numero && orden.llamada != miembro)) continue;
+        if (orden.que == "cuelga" || orden.que == "tarda" || orden.que == "muere") {
+            estropear(orden, miembro);
+            continue;
+        }
         int64_t* quedan = orden.veces ? &*orden.veces : nullptr;
         if (orden.que != "ocupado") {
             if (quedan && --*quedan != 0) continue;

@@ -22,6 +22,10 @@ using excel::com::VarianteCom;
 struct Mundo {
     Diario diario;
     std::unique_ptr<excel::Application> motor;
+    // What the workbooks that are opened may do.
+    bool conMacros = false;
+    bool conSucesos = true;
+    bool noAtiendeAOtros = false;
 };
 
 /// A call refused before it reached the engine.

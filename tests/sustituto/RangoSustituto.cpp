@@ -117,7 +117,14 @@ void RangoSustituto::escribir(const VARIANT& valor) const {
         return;
     }
     if (area_.celdas() != 1) throw Rechazo{DISP_E_TYPEMISMATCH};
-    motor_->FormulaR1C1(excel::com::valorDe(exigirContenido(valor)));
+    const Variante contenido = excel::com::valorDe(exigirContenido(valor));
+    exigirAdmisible(contenido);
+    motor_->FormulaR1C1(contenido);
+}
+
+void RangoSustituto::exigirAdmisible(const Variante& valor) const {
+    const auto rechazado = mundo()->diario.orden("rechaza");
+    if (rechazado && valor == Variante(*rechazado)) throw excel::ErrorExcel("No se admite");
 }
 
 void RangoSustituto::escribirMatriz(SAFEARRAY* matriz) const {
@@ -139,6 +146,7 @@ void RangoSustituto::escribirMatriz(SAFEARRAY* matriz) const {
             if (texto && texto->size() > kTextoMaximoEnMatriz) {
                 throw excel::ErrorExcel("Texto demasiado largo para una matriz");
             }
+            exigirAdmisible(valor);
             motor_->Item(fila, columna)->FormulaR1C1(valor);
         }
     }

@@ -23,6 +23,7 @@ class RangoSustituto final : public ObjetoSustituto {
     VarianteCom leer() const;
     void escribir(const VARIANT& valor) const;
     void escribirMatriz(SAFEARRAY* matriz) const;
+    void exigirAdmisible(const Variante& valor) const;
 
     std::unique_ptr<excel::Range> motor_;
     excel::com::Area area_;

@@ -14,14 +14,6 @@ constexpr int64_t kCeldasPorBloque = 16384;
 // Versions up to 2003 refuse an array that holds a text above 911 characters (fewer, in bytes).
 constexpr std::size_t kTextoLargo = 911;
 
-std::string letras(int32_t columna) {
-    std::string texto;
-    for (int32_t resto = columna; resto > 0; resto = (resto - 1) / 26) {
-        texto.insert(texto.begin(), static_cast<char>('A' + (resto - 1) % 26));
-    }
-    return texto;
-}
-
 std::string referencia(PosicionDeCelda celda) {
     return letras(celda.columna) + std::to_string(celda.fila);
 }
@@ -63,6 +55,14 @@ class Agrupador {
 bool Area::contiene(PosicionDeCelda celda) const {
     return celda.fila >= desde.fila && celda.fila <= hasta.fila && celda.columna >= desde.columna &&
            celda.columna <= hasta.columna;
+}
+
+std::string letras(int32_t columna) {
+    std::string texto;
+    for (int32_t resto = columna; resto > 0; resto = (resto - 1) / 26) {
+        texto.insert(texto.begin(), static_cast<char>('A' + (resto - 1) % 26));
+    }
+    return texto;
 }
 
 bool estaEnLaHoja(PosicionDeCelda celda) {

@@ -40,6 +40,9 @@ using CeldasEnCola = std::map<PosicionDeCelda, Variante>;
 /// True for the cells of the largest sheet there is.
 bool estaEnLaHoja(PosicionDeCelda celda);
 
+/// The column as people name it: "C", "AB".
+std::string letras(int32_t columna);
+
 /// As in a reference text: "A1:C12", or "B7" for a single cell.
 std::string referencia(const Area& area);
 

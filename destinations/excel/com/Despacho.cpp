@@ -23,22 +23,42 @@ std::vector<VARIANT> alReves(std::initializer_list<VarianteCom> argumentos) {
 
 }  // namespace
 
-const std::vector<DISPID>& Despacho::identificadores(
-    const std::vector<const wchar_t*>& nombres) const {
+HRESULT Despacho::buscar(const std::vector<const wchar_t*>& nombres,
+                         const std::vector<DISPID>*& encontrados) const {
     std::wstring clave = clase_;
     for (const wchar_t* nombre : nombres) clave.append(L".").append(nombre);
     auto& conocidos = sesion_->identificadores();
-    if (const auto i = conocidos.find(clave); i != conocidos.end()) return i->second;
+    if (const auto i = conocidos.find(clave); i != conocidos.end()) {
+        encontrados = &i->second;
+        return S_OK;
+    }
 
     std::vector<LPOLESTR> textos;
     textos.reserve(nombres.size());
     for (const wchar_t* nombre : nombres) textos.push_back(const_cast<LPOLESTR>(nombre));
-    std::vector<DISPID> encontrados(nombres.size());
-    exigirExito(sesion_->insistir([&] {
+    std::vector<DISPID> nuevos(nombres.size());
+    const HRESULT codigo = sesion_->insistir([&] {
         return objeto_->GetIDsOfNames(IID_NULL, textos.data(), static_cast<UINT>(textos.size()),
-                                      kIngles, encontrados.data());
-    }));
-    return conocidos.emplace(std::move(clave), std::move(encontrados)).first->second;
+                                      kIngles, nuevos.data());
+    });
+    if (FAILED(codigo)) return codigo;
+    encontrados = &conocidos.emplace(std::move(clave), std::move(nuevos)).first->second;
+    return S_OK;
+}
+
+const std::vector<DISPID>& Despacho::identificadores(
+    const std::vector<const wchar_t*>& nombres) const {
+    const std::vector<DISPID>* encontrados = nullptr;
+    exigirExito(buscar(nombres, encontrados));
+    return *encontrados;
+}
+
+bool Despacho::conoce(const wchar_t* miembro) const {
+    const std::vector<DISPID>* encontrados = nullptr;
+    const HRESULT codigo = buscar({miembro}, encontrados);
+    if (codigo == DISP_E_UNKNOWNNAME) return false;
+    exigirExito(codigo);
+    return true;
 }
 
 VarianteCom Despacho::invocar(DISPID miembro, WORD forma, DISPPARAMS parametros) const {
@@ -79,6 +99,10 @@ void Despacho::poner(const wchar_t* miembro, const VarianteCom& valor) const {
     VARIANT crudo = valor.crudo();
     DISPID comoValor = DISPID_PROPERTYPUT;
     invocar(identificadores({miembro}).front(), DISPATCH_PROPERTYPUT, {&crudo, &comoValor, 1, 1});
+}
+
+void Despacho::ponerSiLaConoce(const wchar_t* miembro, const VarianteCom& valor) const {
+    if (conoce(miembro)) poner(miembro, valor);
 }
 
 void Despacho::llamar(const wchar_t* miembro, std::initializer_list<VarianteCom> argumentos) const {

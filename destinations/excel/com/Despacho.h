@@ -30,6 +30,10 @@ class Despacho {
     Despacho objeto(const wchar_t* miembro, const wchar_t* claseDelObjeto,
                     std::initializer_list<VarianteCom> argumentos = {}) const;
     void poner(const wchar_t* miembro, const VarianteCom& valor) const;
+    /// True when the application's version has the member.
+    bool conoce(const wchar_t* miembro) const;
+    /// Sets a property that older versions lack: nothing is done there.
+    void ponerSiLaConoce(const wchar_t* miembro, const VarianteCom& valor) const;
     void llamar(const wchar_t* miembro, std::initializer_list<VarianteCom> argumentos = {}) const;
     void llamarConNombres(const wchar_t* miembro,
                           std::initializer_list<ConNombre> argumentos) const;
@@ -40,6 +44,8 @@ class Despacho {
     const std::shared_ptr<Sesion>& sesion() const { return sesion_; }
 
  private:
+    HRESULT buscar(const std::vector<const wchar_t*>& nombres,
+                   const std::vector<DISPID>*& encontrados) const;
     const std::vector<DISPID>& identificadores(const std::vector<const wchar_t*>& nombres) const;
     VarianteCom invocar(DISPID miembro, WORD forma, DISPPARAMS parametros) const;
     VarianteCom invocar(const wchar_t* miembro, WORD forma,

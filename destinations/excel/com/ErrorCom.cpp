@@ -7,7 +7,6 @@
 #include <string_view>
 #include <utility>
 
-#include "destinations/excel/ObjectModel.h"
 #include "destinations/excel/com/VarianteCom.h"
 
 namespace bn::excel::com {
@@ -16,6 +15,14 @@ namespace {
 
 // Excel's own: a cell is being edited, or a dialog is open.
 constexpr auto kExcelNoAtiende = static_cast<HRESULT>(0x800AC472);
+
+/// The other side is not there any more: it was ended, or has failed.
+bool haMuerto(HRESULT codigo) {
+    return codigo == RPC_E_SERVER_DIED || codigo == RPC_E_SERVER_DIED_DNE ||
+           codigo == RPC_E_DISCONNECTED || codigo == HRESULT_FROM_WIN32(RPC_S_SERVER_UNAVAILABLE) ||
+           codigo == HRESULT_FROM_WIN32(RPC_S_CALL_FAILED) ||
+           codigo == HRESULT_FROM_WIN32(RPC_S_CALL_FAILED_DNE);
+}
 
 struct LiberarLocal {
     void operator()(wchar_t* texto) const { LocalFree(texto); }
@@ -39,7 +46,11 @@ std::string textoDelSistema(HRESULT codigo) {
     return cifras.data();
 }
 
-void lanzarError(HRESULT codigo) { throw ErrorExcel(textoDelSistema(codigo)); }
+void lanzarError(HRESULT codigo) {
+    const std::string texto = textoDelSistema(codigo);
+    if (!haMuerto(codigo)) throw ErrorExcel(texto);
+    throw ErrorExcel("Excel se ha cerrado mientras se trabajaba con él. " + texto);
+}
 
 void exigirExito(HRESULT codigo) {
     if (FAILED(codigo)) lanzarError(codigo);
@@ -47,7 +58,7 @@ void exigirExito(HRESULT codigo) {
 
 bool estaOcupada(HRESULT codigo) {
     return codigo == RPC_E_CALL_REJECTED || codigo == RPC_E_SERVERCALL_RETRYLATER ||
-           codigo == kExcelNoAtiende;
+           codigo == kExcelNoAtiende || codigo == CO_E_SERVER_EXEC_FAILURE;
 }
 
 EXCEPINFO* Excepcion::recibir() {
@@ -64,8 +75,11 @@ HRESULT Excepcion::causa(HRESULT codigo) {
 void Excepcion::lanzar(HRESULT codigo) {
     const HRESULT fallo = causa(codigo);
     const UINT largo = SysStringLen(datos_.bstrDescription);
-    if (largo > 0) throw ErrorExcel(deAncho({datos_.bstrDescription, largo}));
-    lanzarError(fallo);
+    const std::string texto =
+        largo > 0 ? deAncho({datos_.bstrDescription, largo}) : textoDelSistema(fallo);
+    if (estaOcupada(fallo)) throw ErrorExcel(texto);
+    if (HRESULT_FACILITY(fallo) == FACILITY_RPC || haMuerto(fallo)) lanzarError(fallo);
+    throw Negativa(texto);
 }
 
 /// Some servers fill in the texts only when asked.

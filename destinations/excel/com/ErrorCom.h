@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "destinations/excel/ObjectModel.h"
 #include "destinations/excel/com/ComPtr.h"
 
 namespace bn::excel::com {
@@ -19,7 +20,14 @@ std::string textoDelSistema(HRESULT codigo);
 /// Throws ErrorExcel when the code is a failure.
 void exigirExito(HRESULT codigo);
 
-/// True when the application says that it cannot attend now, and may a moment later.
+/// What the application itself has against a call, in answer to it.
+class Negativa : public ErrorExcel {
+ public:
+    using ErrorExcel::ErrorExcel;
+};
+
+/// True when the application says that it cannot attend now, and may a moment later: busy, or
+/// starting, or just ending.
 bool estaOcupada(HRESULT codigo);
 
 /// What a failed call tells of itself.
@@ -34,7 +42,8 @@ class Excepcion {
     EXCEPINFO* recibir();
     /// The code of the failure itself when codigo only says that there was one.
     HRESULT causa(HRESULT codigo);
-    /// Throws ErrorExcel with the application's description, or else the system's text.
+    /// Throws Negativa with the application's description, or else the system's text; ErrorExcel
+    /// when the application is busy or has gone.
     [[noreturn]] void lanzar(HRESULT codigo);
 
  private:

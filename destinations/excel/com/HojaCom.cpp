@@ -71,7 +71,12 @@ void HojaCom::PrintOut(int32_t copies, bool collate) {
                                       omitido, argumento(collate)});
 }
 
-void HojaCom::PrintPreview() { com().llamar(miembro::kPrintPreview); }
+void HojaCom::PrintPreview() {
+    const Despacho& hoja = com();
+    // It comes back when the person who looks at it has closed it.
+    const Plazo sinPlazo(*hoja.sesion(), std::chrono::milliseconds::zero());
+    hoja.llamar(miembro::kPrintPreview);
+}
 
 int32_t HojasCom::Count() { return com().leer(miembro::kCount).entero(); }
 

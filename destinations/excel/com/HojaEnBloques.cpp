@@ -5,6 +5,7 @@
 #include <array>
 #include <bit>
 #include <new>
+#include <string>
 
 #include "destinations/excel/com/ErrorCom.h"
 #include "destinations/excel/com/Miembros.h"
@@ -149,11 +150,32 @@ void HojaEnBloques::vaciar() {
 }
 
 void HojaEnBloques::escribirArea(const Area& area, const CeldasEnCola& cola) const {
-    const bool sola = area.desde == area.hasta;
-    const VarianteCom valor = sola ? VarianteCom(cola.at(area.desde)) : enMatriz(cola, area);
+    if (area.desde == area.hasta) return escribirCelda(area.desde, cola.at(area.desde));
+    try {
+        poner(area, enMatriz(cola, area));
+    } catch (const Negativa&) {
+        // It does not say which of so many cells it means: the one that is refused alone will.
+        for (auto i = cola.lower_bound(area.desde); i != cola.end(); ++i) {
+            if (i->first.fila > area.hasta.fila) break;
+            if (area.contiene(i->first)) escribirCelda(i->first, i->second);
+        }
+    }
+}
+
+void HojaEnBloques::escribirCelda(PosicionDeCelda celda, const Variante& valor) const {
+    try {
+        poner({celda, celda}, VarianteCom(valor));
+    } catch (const Negativa& e) {
+        throw Negativa("No se puede escribir \"" + comoSeLee(valor) + "\" en la fila " +
+                       std::to_string(celda.fila) + ", columna " + letras(celda.columna) + ": " +
+                       e.what());
+    }
+}
+
+void HojaEnBloques::poner(const Area& area, const VarianteCom& contenido) const {
     const Variante texto = referencia(area);
     hoja_.objeto(miembro::kRange, clase::kRango, {VarianteCom(texto)})
-        .poner(miembro::kFormulaR1C1, valor);
+        .poner(miembro::kFormulaR1C1, contenido);
 }
 
 }  // namespace bn::excel::com

@@ -46,6 +46,8 @@ class HojaEnBloques : public Pendiente, public std::enable_shared_from_this<Hoja
     const Bloque& traer(Area area, PosicionDeCelda celda);
     VarianteCom contenidoDe(const Area& area) const;
     void escribirArea(const Area& area, const CeldasEnCola& cola) const;
+    void escribirCelda(PosicionDeCelda celda, const Variante& valor) const;
+    void poner(const Area& area, const VarianteCom& contenido) const;
 
     Despacho hoja_;
     /// What is to be written, in this order: a cell that is set again stands in the next layer.

@@ -6,6 +6,7 @@
 
 #include "destinations/excel/ObjectModel.h"
 #include "destinations/excel/com/Despacho.h"
+#include "destinations/excel/com/ErrorCom.h"
 
 namespace bn::excel::com {
 
@@ -23,12 +24,26 @@ class ObjetoCom : public Interfaz {
         objeto_.sesion()->antesDeLlamar();
         return objeto_;
     }
+    /// For calls that open or save.
+    Plazo plazoDeLibro() const {
+        return Plazo(*objeto_.sesion(), objeto_.sesion()->paciencia().libro);
+    }
     /// The object as it stands, without a call.
     const Despacho& objeto() const { return objeto_; }
 
  private:
     Despacho objeto_;
 };
+
+/// A step that the work can do without: what the application refuses of it is passed over.
+template <class Paso>
+void intentar(const Paso& paso) {
+    try {
+        paso();
+    } catch (const Negativa&) {
+        return;  // the work itself will show whether it was needed
+    }
+}
 
 /// A value as an argument.
 inline VarianteCom argumento(const Variante& valor) { return VarianteCom(valor); }

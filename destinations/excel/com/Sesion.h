@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -11,6 +13,8 @@
 
 #include "destinations/excel/com/ComPtr.h"
 #include "destinations/excel/com/ExcelCom.h"
+#include "destinations/excel/com/Proceso.h"
+#include "destinations/excel/com/Vigilante.h"
 
 namespace bn::excel::com {
 
@@ -38,12 +42,17 @@ class Pendiente {
     virtual void vaciar() = 0;
 };
 
-/// What the objects of one application share. It lives as long as any of them.
+/// What the objects of one application share. It lives as long as any of them, and begins before
+/// the application is started.
 class Sesion {
  public:
-    explicit Sesion(const Paciencia& paciencia) : paciencia_(paciencia) {}
+    explicit Sesion(const Paciencia& paciencia);
 
-    /// Throws ErrorExcel once the application has ended.
+    const Paciencia& paciencia() const { return paciencia_; }
+    /// Takes the process of the application's window for the one to be ended if need be.
+    void reconocer(HWND ventana) { proceso_.reconocer(ventana); }
+
+    /// Throws ErrorExcel once the application has ended, with the reason when it was not quit.
     void exigirViva() const;
     /// To be called before every call that may see or change cells: what is pending goes first.
     void antesDeLlamar();
@@ -59,7 +68,8 @@ class Sesion {
 
     /// Calls again while the application is busy, up to the limit; the last result. Once the limit
     /// has been reached nothing is called twice, until a member has been attended: an application
-    /// that stays busy must not take the limit for every call of a road.
+    /// that stays busy must not take the limit for every call of a road. Throws ErrorExcel when the
+    /// call does not come back in time: the application has then ended.
     HRESULT insistir(const std::function<HRESULT()>& llamada);
     /// To be called when a member has been attended.
     void haAtendido() { impaciente_ = false; }
@@ -73,14 +83,42 @@ class Sesion {
     std::map<std::wstring, std::vector<DISPID>>& identificadores() { return identificadores_; }
 
  private:
+    friend class Plazo;
+
+    HRESULT llamarVigilada(const std::function<HRESULT()>& llamada);
+    void cancelar();
+    [[noreturn]] void darPorPerdida();
+
     Apartamento apartamento_;
     Paciencia paciencia_;
+    std::chrono::milliseconds plazo_;
+    ProcesoPropio proceso_;
+    DWORD hilo_ = GetCurrentThreadId();
+    std::atomic<bool> cancelada_ = false;
+    bool procesoAcabado_ = false;
+    std::string perdida_;  // why the application was given up; empty when it was not
     std::map<std::wstring, std::vector<DISPID>> identificadores_;
     std::shared_ptr<Pendiente> pendiente_;
     uint64_t epoca_ = 0;
     bool impaciente_ = false;
     bool despedida_ = false;
     bool viva_ = true;
+    // The last one: its thread uses the others.
+    Vigilante vigilante_;
+};
+
+/// Gives the calls made while it lives another time to come back; zero: as long as they like.
+class Plazo {
+ public:
+    Plazo(Sesion& sesion, std::chrono::milliseconds plazo)
+        : sesion_(sesion), anterior_(std::exchange(sesion.plazo_, plazo)) {}
+    Plazo(const Plazo&) = delete;
+    Plazo& operator=(const Plazo&) = delete;
+    ~Plazo() { sesion_.plazo_ = anterior_; }
+
+ private:
+    Sesion& sesion_;
+    std::chrono::milliseconds anterior_;
 };
 
 }  // namespace bn::excel::com

@@ -150,6 +150,15 @@ VARIANT VarianteCom::soltar() {
     return cedido;
 }
 
+std::string comoSeLee(const Variante& valor) {
+    constexpr LCID kEspanol = 3082;
+    const VarianteCom original(valor);
+    VarianteCom texto;
+    VariantChangeTypeEx(texto.recibir(), comoOrigen(original.crudo()), kEspanol,
+                        VARIANT_NOUSEROVERRIDE, VT_BSTR);
+    return V_VT(&texto.crudo()) == VT_BSTR ? textoDe(V_BSTR(&texto.crudo())) : std::string();
+}
+
 Variante valorDe(const VARIANT& crudo) {
     switch (V_VT(&crudo)) {
         case VT_EMPTY:

@@ -52,6 +52,9 @@ class VarianteCom {
     VARIANT crudo_{};  // VT_EMPTY
 };
 
+/// A value as a Spanish user reads it: "12,5", "15/03/2023 12:00:00".
+std::string comoSeLee(const Variante& valor);
+
 /// The value of a VARIANT that somebody else owns; as VarianteCom::valor.
 Variante valorDe(const VARIANT& crudo);
 

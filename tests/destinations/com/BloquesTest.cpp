@@ -117,9 +117,9 @@ TEST_F(CeldasDeExcel, TheQueueIsWrittenBeforeSaving) {
     excel().Celda(1, 1, std::string("x"));
     excel().Guardar("");
     const std::vector<std::string> lineas = diario();
-    ASSERT_EQ(lineas.size(), 5U);
+    ASSERT_EQ(lineas.size(), 7U);
     EXPECT_EQ(lineas[1], "Range[A1].FormulaR1C1 = BSTR \"x\"");
-    EXPECT_EQ(lineas[2].substr(0, 15), "Workbook.SaveAs");
+    EXPECT_EQ(lineas[3].substr(0, 15), "Workbook.SaveAs");
     EXPECT_EQ(texto(leerCelda("Pesadas.xls", 1, 1)), "x");
 }
 

@@ -35,6 +35,8 @@ class ConSustituto : public testing::Test {
     void TearDown() override;
 
     XCel& excel() { return *excel_; }
+    /// The last of the test: nothing of the application is held any more.
+    void soltarExcel() { excel_.reset(); }
 
     /// Knocks at one of the server's doors: registration and its end.
     static void alServidor(const char* puerta);

@@ -2,6 +2,9 @@
 #include <gmock/gmock.h>
 #include <windows.h>
 
+#include <string>
+#include <vector>
+
 #include "tests/destinations/com/ConSustituto.h"
 
 // Which members XCel calls through Automation, with what and in which order.
@@ -10,7 +13,36 @@ namespace bn::prueba {
 namespace {
 
 using testing::ElementsAre;
+using testing::ElementsAreArray;
 using testing::IsEmpty;
+
+using Lineas = std::vector<std::string>;
+
+/// What every road says before it opens anything: which process it is, and that nobody is to be
+/// asked, nothing run, and nobody else attended.
+const Lineas kComienzo{
+    "Application.Hwnd",
+    "Application.DisplayAlerts = BOOL False",
+    "Application.AutomationSecurity = I4 3",
+    "Application.EnableEvents = BOOL False",
+    "Application.IgnoreRemoteRequests = BOOL True",
+    "Application.Workbooks",
+};
+
+const Lineas kFinal{"Application.IgnoreRemoteRequests = BOOL False", "Application.Quit",
+                    "Application: fin"};
+
+/// With links left alone, passwords that answer the question for one, and without the advice to
+/// open it read-only.
+std::string apertura(const std::string& libro) {
+    return "Workbooks.Open(BSTR \"" + libro +
+           "\", I4 0, , , BSTR \"bnDX5 sin clave\", BSTR \"bnDX5 sin clave\", BOOL True)";
+}
+
+Lineas juntas(Lineas unas, const Lineas& otras) {
+    unas.insert(unas.end(), otras.begin(), otras.end());
+    return unas;
+}
 
 class MiembrosDeExcel : public ConSustituto {
  protected:
@@ -23,7 +55,7 @@ class MiembrosDeExcel : public ConSustituto {
 
 TEST_F(MiembrosDeExcel, HayExcelStartsAnInstanceAndQuitsIt) {
     EXPECT_TRUE(excel().HayExcel());
-    EXPECT_THAT(diario(), ElementsAre("Application.Quit", "Application: fin"));
+    EXPECT_THAT(diario(), ElementsAre("Application.Hwnd", "Application.Quit", "Application: fin"));
 }
 
 TEST_F(MiembrosDeExcel, HayExcelIsFalseWhenNoneCanBeStarted) {
@@ -55,16 +87,28 @@ TEST_F(MiembrosDeExcel, AnApplicationUnderTheIdentifierOpensWithItsOwnClass) {
 TEST_F(MiembrosDeExcel, AMissingWorkbookBecomesANewOneWithTheSheetAlone) {
     const std::string libro = ruta("Nuevo.xls");
     excel().AbrirParaEscribir(libro, "Pesadas", true);
-    EXPECT_THAT(
-        diario(),
-        ElementsAre("Application.DisplayAlerts = BOOL False", "Application.Workbooks",
-                    "Workbooks.Open(BSTR \"" + libro + "\") ! 80020009", "Application.Workbooks",
-                    "Workbooks.Add", "Workbook.Worksheets", "Sheets._NewEnum", "Sheets.Next",
-                    "Sheets.Next", "Worksheet.Name", "Workbook.Worksheets", "Sheets.Count",
-                    "Sheets.Item(I4 1)", "Sheets.Add(, Worksheet)",
-                    "Worksheet.Name = BSTR \"Pesadas\"", "Worksheet.Name", "Workbook.Worksheets",
-                    "Sheets._NewEnum", "Sheets.Next", "Sheets.Next", "Sheets.Next",
-                    "Worksheet.Name", "Worksheet.Delete", "Worksheet.Name"));
+    EXPECT_THAT(diario(), ElementsAreArray(juntas(kComienzo, {apertura(libro) + " ! 80020009",
+                                                              "Application.Workbooks",
+                                                              "Workbooks.Add",
+                                                              "Workbook.Worksheets",
+                                                              "Sheets._NewEnum",
+                                                              "Sheets.Next",
+                                                              "Sheets.Next",
+                                                              "Worksheet.Name",
+                                                              "Workbook.Worksheets",
+                                                              "Sheets.Count",
+                                                              "Sheets.Item(I4 1)",
+                                                              "Sheets.Add(, Worksheet)",
+                                                              "Worksheet.Name = BSTR \"Pesadas\"",
+                                                              "Worksheet.Name",
+                                                              "Workbook.Worksheets",
+                                                              "Sheets._NewEnum",
+                                                              "Sheets.Next",
+                                                              "Sheets.Next",
+                                                              "Sheets.Next",
+                                                              "Worksheet.Name",
+                                                              "Worksheet.Delete",
+                                                              "Worksheet.Name"})));
     EXPECT_THAT(excel().ListaDeHojas(), ElementsAre("Pesadas"));
 }
 
@@ -73,10 +117,10 @@ TEST_F(MiembrosDeExcel, AnExistingSheetIsTakenAndErasedOnlyWhenAsked) {
     const std::string libro = ruta("Pesadas.xls");
     excel().AbrirParaEscribir(libro, "PESADAS", false);
     EXPECT_THAT(diario(),
-                ElementsAre("Application.DisplayAlerts = BOOL False", "Application.Workbooks",
-                            "Workbooks.Open(BSTR \"" + libro + "\")", "Workbook.Worksheets",
-                            "Sheets._NewEnum", "Sheets.Next", "Sheets.Next", "Worksheet.Name",
-                            "Worksheet.Cells", "Range[todas].ClearContents"));
+                ElementsAreArray(juntas(
+                    kComienzo, {apertura(libro), "Workbook.ReadOnly", "Workbook.Worksheets",
+                                "Sheets._NewEnum", "Sheets.Next", "Sheets.Next", "Worksheet.Name",
+                                "Worksheet.Cells", "Range[todas].ClearContents"})));
     EXPECT_EQ(excel().Celda(1, 1), Variante(std::string()));
     EXPECT_EQ(excel().NombreHoja(), "Pesadas");
 }
@@ -86,18 +130,17 @@ TEST_F(MiembrosDeExcel, ReadingWithoutASheetTakesTheFirst) {
     const std::string libro = ruta("Pesadas.xls");
     EXPECT_TRUE(excel().AbrirParaLeer(libro, ""));
     EXPECT_THAT(diario(),
-                ElementsAre("Application.DisplayAlerts = BOOL False", "Application.Workbooks",
-                            "Workbooks.Open(BSTR \"" + libro + "\")", "Workbook.Worksheets",
-                            "Sheets.Item(I4 1)"));
+                ElementsAreArray(juntas(
+                    kComienzo, {apertura(libro), "Workbook.Worksheets", "Sheets.Item(I4 1)"})));
 }
 
 TEST_F(MiembrosDeExcel, AnAbsentSheetClosesAndQuitsWithAnEmptyMessage) {
     crearLibro("Pesadas.xls", {});
     EXPECT_FALSE(excel().AbrirParaLeer(ruta("Pesadas.xls"), "Otra"));
     const std::vector<std::string> lineas = diario();
-    ASSERT_GE(lineas.size(), 3U);
-    EXPECT_THAT(std::vector<std::string>(lineas.end() - 3, lineas.end()),
-                ElementsAre("Workbook.Close", "Application.Quit", "Application: fin"));
+    ASSERT_GE(lineas.size(), 4U);
+    EXPECT_THAT(Lineas(lineas.end() - 4, lineas.end()),
+                ElementsAreArray(juntas({"Workbook.Close"}, kFinal)));
     EXPECT_THAT(plataforma_.mensajes, ElementsAre(""));
 }
 
@@ -106,10 +149,10 @@ TEST_F(MiembrosDeExcel, ATemplateMakesANewWorkbook) {
     const std::string plantilla = ruta("Plantilla.xls");
     excel().AbrirPlantilla(plantilla);
     EXPECT_THAT(diario(),
-                ElementsAre("Application.DisplayAlerts = BOOL False", "Application.Workbooks",
-                            "Workbooks.Add(BSTR \"" + plantilla + "\")", "Application.Workbooks",
-                            "Workbooks.Item(I4 1)", "Workbook.Name", "Workbook.Worksheets",
-                            "Sheets.Item(I4 1)", "Worksheet.Name"));
+                ElementsAreArray(juntas(
+                    kComienzo, {"Workbooks.Add(BSTR \"" + plantilla + "\")",
+                                "Application.Workbooks", "Workbooks.Item(I4 1)", "Workbook.Name",
+                                "Workbook.Worksheets", "Sheets.Item(I4 1)", "Worksheet.Name"})));
     EXPECT_THAT(plataforma_.mensajes, IsEmpty());
 }
 
@@ -213,16 +256,17 @@ TEST_F(MiembrosDeExcel, ThePreviewShowsTheApplication) {
 TEST_F(MiembrosDeExcel, SavingGivesTheAccessModeThenQuits) {
     abrir();
     excel().Guardar("");
-    EXPECT_THAT(diario(),
-                ElementsAre("Workbook.SaveAs(BSTR \"" + ruta("Pesadas.xls") + "\", , , , , , I4 1)",
-                            "Application.Quit", "Application: fin"));
+    EXPECT_THAT(diario(), ElementsAreArray(juntas({"Workbook.CheckCompatibility = BOOL False",
+                                                   "Workbook.SaveAs(BSTR \"" + ruta("Pesadas.xls") +
+                                                       "\", , , , , , I4 1)"},
+                                                  kFinal)));
 }
 
 TEST_F(MiembrosDeExcel, ClosingQuitsAndSavesNothing) {
     abrir();
     excel().Celda(1, 1, std::string("x"));
     excel().Cerrar();
-    EXPECT_THAT(diario(), ElementsAre("Application.Quit", "Application: fin"));
+    EXPECT_THAT(diario(), ElementsAreArray(kFinal));
     EXPECT_EQ(leerCelda("Pesadas.xls", 1, 1), Variante(std::string()));
 }
 

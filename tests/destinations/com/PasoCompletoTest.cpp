@@ -45,15 +45,21 @@ class PasoPorExcel : public ConSustituto {
 
     /// The store of a download of that many weighings, written at one go.
     void almacenar(int cuantas) {
-        ASSERT_TRUE(saco_.iniGuardo());
-        ASSERT_TRUE(saco_.Guardo(pesada(1)));
-        std::ofstream fichero(sacoTramas::fichero(plataforma_), std::ios::binary);
+        std::ofstream fichero(almacen(), std::ios::binary);
         for (int numero = 1; numero <= cuantas; ++numero) fichero << pesada(numero) << "\r\n";
         fichero.close();
-        ASSERT_TRUE(saco_.iniRecupero());
+        ASSERT_TRUE(fichero.good());
     }
 
-    void pasar() { PasoDeGuardado(plataforma_, cfg_, excel(), saco_).ejecutar(); }
+    std::filesystem::path almacen() const { return carpeta_ / "bnGuardo.txt"; }
+
+    void pasar() { pasar(plataforma_, excel()); }
+    void pasar(Plataforma& plataforma, XCel& hoja) {
+        Lote lote(plataforma, 0, almacen(), carpeta_ / "bnGuardo.nota");
+        lote.nota().crear({});
+        lote.releer();
+        PasoDeGuardado(plataforma, cfg_, hoja).ejecutar({&lote}, PasoDeGuardado::Fallo::kDeTodo);
+    }
 
     /// A workbook with that many rows filled in one column.
     void llenar(int filas, int16_t columna) {
@@ -98,7 +104,6 @@ class PasoPorExcel : public ConSustituto {
     }
 
     bn::Setup cfg_{plataforma_};
-    sacoTramas saco_{plataforma_};
     int16_t fila_ = 0;
 };
 
@@ -122,11 +127,7 @@ TEST_F(PasoPorExcel, TheRowsAreThoseOfTheEmbeddedEngine) {
     cfg_.LibroExcel(ruta("Interno.xls"));
     PlataformaDePrueba interna(carpeta_.ruta());
     XCel deMotor(interna);
-    sacoTramas otro(plataforma_);
-    ASSERT_TRUE(otro.iniGuardo());
-    for (int numero = 1; numero <= 20; ++numero) ASSERT_TRUE(otro.Guardo(pesada(numero)));
-    ASSERT_TRUE(otro.iniRecupero());
-    PasoDeGuardado(interna, cfg_, deMotor, otro).ejecutar();
+    pasar(interna, deMotor);
     for (const int16_t fila : {int16_t{1}, int16_t{20}, int16_t{21}}) {
         for (int16_t columna = 1; columna <= 13; ++columna) {
             EXPECT_EQ(leerCelda("Pesadas.xls", fila, columna),

@@ -79,11 +79,15 @@ TEST_F(SustitutoDeExcel, RefusesTheWrongNumberOrTypeOfArguments) {
     resultado_ = {};
     EXPECT_EQ(llamar(libros.get(), L"Open", DISPATCH_METHOD, {}, resultado_),
               DISP_E_PARAMNOTOPTIONAL);
-    EXPECT_EQ(llamar(libros.get(), L"Open", DISPATCH_METHOD, {numero}, resultado_),
+    EXPECT_EQ(llamar(libros.get(), L"Add", DISPATCH_METHOD, {numero}, resultado_),
               DISP_E_TYPEMISMATCH);
-    EXPECT_EQ(llamar(libros.get(), L"Open", DISPATCH_METHOD, {numero, numero}, resultado_),
-              DISP_E_BADPARAMCOUNT)
-        << "only the file name may be given";
+    EXPECT_EQ(llamar(libros.get(), L"Open", DISPATCH_METHOD, {numero}, resultado_),
+              DISP_E_PARAMNOTOPTIONAL)
+        << "what it could ask is to be answered before";
+    EXPECT_EQ(
+        llamar(libros.get(), L"Open", DISPATCH_METHOD, std::vector<VARIANT>(7, numero), resultado_),
+        DISP_E_BADPARAMCOUNT)
+        << "nothing else may be given";
 }
 
 TEST_F(SustitutoDeExcel, RefusesAMemberInAnotherForm) {

@@ -72,7 +72,7 @@ void leerTodo(excel::Workbook& libro) {
 }
 
 int ejecutar(const std::string& orden, const std::string& origen, const std::string& destino) {
-    const auto aplicacion = xls::nuevaAplicacionInterna([] { return 45000.0; });
+    const auto aplicacion = xls::nuevaAplicacionInterna([] { return 45000.0; }, discoDelSistema());
     const auto libros = aplicacion->Workbooks();
     const auto libro = orden == "nuevo" ? libros->Add() : libros->Open(origen);
     if (orden == "leer") {

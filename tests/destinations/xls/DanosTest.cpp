@@ -8,6 +8,7 @@
 #include "destinations/xls/Bytes.h"
 #include "destinations/xls/Compuesto.h"
 #include "destinations/xls/Edicion.h"
+#include "destinations/xls/Hojas.h"
 #include "destinations/xls/Libro.h"
 #include "tests/destinations/xls/Ayudas.h"
 
@@ -23,6 +24,7 @@ void usar(Libro& libro) {
         for (int32_t i = 0; i < tabla.cuantasFilas(); ++i) {
             for (const Celda& celda : tabla.fila(i)->celdas) leerCelda(*hoja, i, celda.columna);
         }
+        if (hoja->celdas->protegida()) continue;
         escribirCelda(*hoja, 0, 0, std::string("texto"));
         escribirCelda(*hoja, 700, 3, FechaOle{45000});
     }
@@ -288,10 +290,36 @@ TEST(LibroDanado, WithThousandsOfSheetsIsReadWithoutDelay) {
     EXPECT_EQ(libro->hojas().size(), kHojas);
 }
 
-TEST(LibroDanado, WhoseSheetsWouldFillTheMemoryIsRefused) {
+TEST(LibroDanado, WithOneFarRowInEachOfManySheetsIsSound) {
     const auto alFinal = [](Hoja& hoja) { escribirCelda(hoja, kFilas - 1, 0, 1.0); };
-    EXPECT_EQ(Libro::abrir(conHojas(60, alFinal), 2024)->hojas().size(), 60U);
-    EXPECT_THROW(Libro::abrir(conHojas(2000, alFinal), 2024), excel::ErrorExcel);
+    const auto libro = Libro::abrir(conHojas(2000, alFinal), 2024);
+    EXPECT_EQ(libro->hojas().size(), 2000U);
+    escribirCelda(*libro->hojas()[7], 3, 3, 2.0);
+    const auto leido = Libro::abrir(libro->serializar(), 2024);
+    EXPECT_EQ(leerCelda(*leido->hojas()[7], 3, 3), Variante(2.0));
+    EXPECT_EQ(leerCelda(*leido->hojas()[1999], kFilas - 1, 0), Variante(1.0));
+}
+
+// A row here and there, all the way down.
+void sembrar(Hoja& hoja) {
+    for (int32_t fila = 0; fila < kFilas; fila += 8) escribirCelda(hoja, fila, 0, 1.0);
+}
+
+TEST(LibroDanado, WhoseSheetsWouldFillTheMemoryIsRefused) {
+    EXPECT_EQ(Libro::abrir(conHojas(20, sembrar), 2024)->hojas().size(), 20U);
+    EXPECT_THROW(Libro::abrir(conHojas(60, sembrar), 2024), excel::ErrorExcel);
+}
+
+TEST(LibroDanado, ThatCouldNotBeReadAgainIsNotWritten) {
+    const auto libro = Libro::abrir(conHojas(30, sembrar), 2024);
+    std::string causa = "none";
+    try {
+        for (size_t i = 0; i < 10; ++i) sembrar(*anadirHoja(*libro, *libro->hojas().back()));
+        libro->serializar();
+    } catch (const excel::ErrorExcel& error) {
+        causa = error.what();
+    }
+    EXPECT_NE(causa.find("demasiadas filas"), std::string::npos) << causa;
 }
 
 TEST(LibroDanado, CutAnywhereIsRefusedOrRead) {

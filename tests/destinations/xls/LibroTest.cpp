@@ -138,7 +138,7 @@ TEST(Libro, SaysWhyItRefusesAFile) {
     EXPECT_THAT(motivo("a;b;c"), HasSubstr("no es un libro de Excel"));
     EXPECT_THAT(motivo(deHex("0908 1000 0000")), HasSubstr("anterior a Excel 97"));
     EXPECT_THAT(motivo(muestra("s4c_biff5_book")), HasSubstr("anterior a Excel 97"));
-    EXPECT_THAT(motivo(muestra("s5b_encrypted")), HasSubstr("cifrado"));
+    EXPECT_THAT(motivo(muestra("s5b_encrypted")), HasSubstr("protegido con contraseña"));
     EXPECT_THAT(motivo(muestra("s5_poi").substr(0, 20000)), HasSubstr("dañado"));
     EXPECT_THAT(motivo(Compuesto::nuevo().serializar()), HasSubstr("dañado"));
 }

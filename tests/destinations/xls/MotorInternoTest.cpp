@@ -44,7 +44,8 @@ class MotorInterno : public testing::Test {
     }
 
     Carpeta carpeta_;
-    std::unique_ptr<excel::Application> aplicacion_ = nuevaAplicacionInterna([] { return kAhora; });
+    std::unique_ptr<excel::Application> aplicacion_ =
+        nuevaAplicacionInterna([] { return kAhora; }, discoDelSistema());
 };
 
 TEST_F(MotorInterno, ANewWorkbookHoldsOneSheetAndIsSavedWhereAsked) {

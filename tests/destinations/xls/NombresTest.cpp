@@ -22,7 +22,8 @@ class NombresDelModelo : public testing::Test {
         return lista;
     }
 
-    std::unique_ptr<excel::Application> aplicacion_ = nuevaAplicacionInterna([] { return 45000; });
+    std::unique_ptr<excel::Application> aplicacion_ =
+        nuevaAplicacionInterna([] { return 45000; }, discoDelSistema());
     std::unique_ptr<excel::Workbook> libro_ = aplicacion_->Workbooks()->Add();
 };
 

@@ -110,12 +110,12 @@ TEST(Formatos, ReuseAFormatThatIsAlreadyThere) {
 
 TEST(Formatos, StopBeforeTheWorkbookIsFullOfThem) {
     LibroDePrueba l;
-    for (int i = 0; i < 3984; ++i) {
+    for (int i = 0; i < 4034; ++i) {
         l.libro->formatos().conFormato(15, "0\"" + std::to_string(i) + "\"");
     }
     EXPECT_THROW(l.libro->formatos().conFormato(15, "0.0"), excel::ErrorExcel);
     EXPECT_THROW(l.libro->formatos().conFormato(15, ""), excel::ErrorExcel);
-    EXPECT_THROW(l.libro->formatos().exigir(4000), excel::ErrorExcel);
+    EXPECT_THROW(l.libro->formatos().exigir(4050), excel::ErrorExcel);
 }
 
 TEST(Formatos, TheChecksumOfTheFormatsIsTheOneExcelKeeps) {
