@@ -4,7 +4,6 @@
 #include <array>
 
 #include "download/Descarga.h"
-#include "platform/Ficheros.h"
 
 namespace bn {
 
@@ -37,16 +36,12 @@ std::string textoDeResultado(int32_t recibidas) {
     return std::to_string(recibidas) + " pesadas.\nRecibidas correctamente.";
 }
 
-std::string textoDeRestos(const Rescate::Pendientes& restos) {
-    std::string pesadas = "Las pesadas que se habían recibido se conservan";
-    if (restos.pesadas == 1) pesadas = "La pesada que se había recibido se conserva";
-    if (restos.pesadas > 1) {
-        pesadas = "Las " + std::to_string(restos.pesadas) +
-                  " pesadas que se habían recibido se conservan";
-    }
-    return "La última descarga se cortó antes de terminar. " + pesadas + " en el fichero\n" +
-           ficheros::aTexto(restos.fichero) +
-           "\n\nCompruebe si están ya en sus destinos antes de volver a apuntarlas.";
+std::string textoDePendientes(int32_t cuantas, const std::string& motivo) {
+    if (cuantas == 0) return {};
+    const std::string pesadas = cuantas == 1
+                                    ? "1 pesada pendiente de guardar."
+                                    : std::to_string(cuantas) + " pesadas pendientes de guardar.";
+    return motivo.empty() ? pesadas : pesadas + " " + motivo;
 }
 
 std::string rotuloDeCanal(const Setup& cfg) {

@@ -5,7 +5,6 @@
 #include <string>
 #include <vector>
 
-#include "app/Rescate.h"
 #include "config/Setup.h"
 
 namespace bn {
@@ -29,8 +28,8 @@ const Aspecto& aspectoDeEstado(int32_t estado);
 /// The text of a download that ended well, UTF-8.
 std::string textoDeResultado(int32_t recibidas);
 
-/// What a download that was cut off has left, and what to do, UTF-8.
-std::string textoDeRestos(const Rescate::Pendientes& restos);
+/// How many weighings wait to reach their destinations, why, and what to do, UTF-8; "" for none.
+std::string textoDePendientes(int32_t cuantas, const std::string& motivo);
 
 /// The descriptive captions of the port and the destinations, UTF-8.
 std::string rotuloDeCanal(const Setup& cfg);

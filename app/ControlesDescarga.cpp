@@ -67,6 +67,14 @@ void guardarSitio(QWidget* control) {
     control->setSizePolicy(politica);
 }
 
+/// As many lines as it takes at the width that there is, which it does not ask for.
+void partirEnLineas(QLabel* etiqueta) {
+    etiqueta->setWordWrap(true);
+    QSizePolicy politica(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    politica.setHeightForWidth(true);
+    etiqueta->setSizePolicy(politica);
+}
+
 /// What the widest of the texts takes in the label's letter.
 int anchuraDeTextos(const QLabel& etiqueta, std::initializer_list<const char*> textos) {
     int anchura = 0;
@@ -89,11 +97,14 @@ ControlesDescarga::ControlesDescarga(QWidget& ventana) : ventana_(ventana) {
     cuerpo->setSpacing(kSeparacion + 2);
     cuerpo->addWidget(crearDestinos());
     cuerpo->addWidget(crearFases(), 1);
+    cuerpo->addWidget(crearPendientes());
     cuerpo->addWidget(crearCuenta());
     cuerpo->addWidget(crearBotones());
     columna->addLayout(cuerpo, 1);
     // Not a minimum width of the window: that would keep it from growing with its texts.
     columna->addStrut(kAnchura);
+    // What comes takes its own room, and gives it back when it goes.
+    columna->setSizeConstraint(QLayout::SetFixedSize);
 }
 
 QWidget* ControlesDescarga::crearCabecera() {
@@ -209,7 +220,7 @@ QWidget* ControlesDescarga::crearResultado() {
     lbResulMal =
         etiqueta("lbResulMal", QStringLiteral("La descarga no ha terminado bien"), frResul);
     lbMensaje = etiqueta("lbMensaje", {}, frResul);
-    lbMensaje->setWordWrap(true);
+    partirEnLineas(lbMensaje);
     agrandar(lbResulBien, 1.1, true);
     agrandar(lbResulMal, 1.1, true);
     colorear(lbResulBien, estilo::kVerde);
@@ -219,10 +230,36 @@ QWidget* ControlesDescarga::crearResultado() {
         columna->addWidget(parte);
     }
     // Room for the longest result from the start: a message of three lines.
-    frResul->setMinimumHeight(lbMensaje->fontMetrics().lineSpacing() * 5);
+    frResul->setMinimumHeight(lbMensaje->fontMetrics().lineSpacing() * 6);
     guardarSitio(frResul);
     frResul->hide();
     return frResul;
+}
+
+/// There only while there is something to say.
+QWidget* ControlesDescarga::crearPendientes() {
+    frPend = nombrado(new QFrame(&ventana_), "frPend");
+    auto* rejilla = new QGridLayout(frPend);
+    rejilla->setContentsMargins(kMargen, 8, 10, 8);
+    rejilla->setHorizontalSpacing(kSeparacion);
+    rejilla->setColumnStretch(0, 1);
+    lbPend = etiqueta("lbPend", {}, frPend);
+    colorear(lbPend, estilo::kRojo);
+    lbAviso = etiqueta("lbAviso", {}, frPend);
+    for (auto* texto : {lbPend, lbAviso}) {
+        texto->setTextFormat(Qt::PlainText);
+        partirEnLineas(texto);
+        texto->setTextInteractionFlags(Qt::TextSelectableByMouse);
+        texto->hide();
+    }
+    cmdPend = nombrado(new QPushButton(QStringLiteral("&Guardar ahora"), frPend), "cmdPend");
+    cmdPend->setToolTip(QStringLiteral("Guardar ahora las pesadas pendientes"));
+    cmdPend->hide();
+    rejilla->addWidget(lbPend, 0, 0);
+    rejilla->addWidget(cmdPend, 0, 1, Qt::AlignTop);
+    rejilla->addWidget(lbAviso, 1, 0, 1, 2);
+    frPend->hide();
+    return frPend;
 }
 
 QWidget* ControlesDescarga::crearCuenta() {

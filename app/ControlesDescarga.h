@@ -47,6 +47,11 @@ struct ControlesDescarga {
     QLabel* lbResulMal = nullptr;
     QLabel* lbMensaje = nullptr;
 
+    QFrame* frPend = nullptr;
+    QLabel* lbPend = nullptr;
+    QAbstractButton* cmdPend = nullptr;
+    QLabel* lbAviso = nullptr;
+
     EtiquetaPulsable* lbAuto = nullptr;
     QLabel* lbSeg = nullptr;
     QCheckBox* ckInicio = nullptr;
@@ -63,6 +68,7 @@ struct ControlesDescarga {
     QWidget* crearDestinos();
     QWidget* crearFases();
     QWidget* crearResultado();
+    QWidget* crearPendientes();
     QWidget* crearCuenta();
     QWidget* crearBotones();
 

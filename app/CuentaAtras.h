@@ -27,6 +27,8 @@ class CuentaAtras {
     void reanudar();
 
     bool enMarcha() const;
+    /// Whether it is held, by pausar.
+    bool retenida() const { return muestra_ == Muestra::kRetenida; }
     /// What lbSeg shows: seconds left, "(retenida)" or "(deshabi.)".
     std::string texto() const;
 

@@ -2,16 +2,8 @@
 #include "app/Guardia.h"
 
 #include <exception>
-#include <optional>
-#include <string>
-#include <utility>
-
-#include "platform/Ficheros.h"
 
 namespace bn {
-
-Guardia::Guardia(Plataforma& plataforma, Rescate& rescate, std::function<bool()> enDescarga)
-    : plataforma_(plataforma), rescate_(rescate), enDescarga_(std::move(enDescarga)) {}
 
 /// What the notification has thrown; nothing when it went well.
 std::optional<std::string> Guardia::errorDe(const std::function<void()>& aviso) {
@@ -20,39 +12,21 @@ std::optional<std::string> Guardia::errorDe(const std::function<void()>& aviso) 
         return std::nullopt;
     } catch (const std::exception& error) {
         return error.what();
-    } catch (...) {
-        return "error desconocido";
     }
 }
 
 void Guardia::atender(const std::function<void()>& aviso) {
     if (averiada_) return;
-    if (const auto error = errorDe(aviso)) atenderError(*error);
+    const auto error = errorDe(aviso);
+    // One inside the notification that fails now has told of it: all starts over already.
+    if (!error || averiada_) return;
+    averiada_ = true;
+    averia(*error);
 }
 
 void Guardia::atenderUsuario(const std::function<void()>& orden) {
     if (averiada_) return;
-    if (const auto error = errorDe(orden)) {
-        plataforma_.mensajeCritico("Se ha producido un error:\n" + *error);
-    }
-}
-
-void Guardia::reanudar() { averiada_ = false; }
-
-void Guardia::atenderError(const std::string& error) {
-    // One inside the notification that fails now has told of it: all starts over already.
-    if (averiada_) return;
-    averiada_ = true;
-    std::string texto = "Se ha producido un error:\n" + error;
-    if (enDescarga_()) {
-        texto = "No se han podido guardar las pesadas:\n" + error;
-        if (const auto copia = rescate_.apartar()) {
-            texto +=
-                "\n\nLas pesadas recibidas se conservan en el fichero\n" + ficheros::aTexto(*copia);
-        }
-    }
-    plataforma_.mensajeCritico(texto);
-    averia();
+    if (const auto error = errorDe(orden)) tropiezo(*error);
 }
 
 }  // namespace bn

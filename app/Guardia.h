@@ -5,41 +5,32 @@
 #include <optional>
 #include <string>
 
-#include "app/Rescate.h"
 #include "platform/Evento.h"
-#include "platform/Plataforma.h"
 
 namespace bn {
 
-/// The door through which every port, timer, click and menu notification enters the program. An
-/// error that leaves a port or a timer ends here: what the frame store holds is put aside, the user
-/// is told, and the owner hears of it, to start over with a new controller once the failed call has
-/// unwound.
+/// The one door through which every port, timer, click and menu notification enters the program. An
+/// error that leaves a port or a timer ends here; the owner hears of it, to start over with a new
+/// controller once the failed call has unwound.
 class Guardia {
  public:
-    /// enDescarga tells whether a download is running: only then does the store hold weighings that
-    /// have not reached their destinations.
-    Guardia(Plataforma& plataforma, Rescate& rescate, std::function<bool()> enDescarga);
-
     /// Runs a notification of a port or a timer; never throws. Between an error and reanudar they
     /// are dropped.
     void atender(const std::function<void()>& aviso);
-    /// Runs what the user has asked for by a click or a menu entry; never throws. An error there is
-    /// told, and leaves a running download alone.
+    /// Runs what a person has asked for by a click or a menu entry; never throws. An error there
+    /// leaves a running download alone.
     void atenderUsuario(const std::function<void()>& orden);
     /// The owner has started over.
-    void reanudar();
+    void reanudar() { averiada_ = false; }
 
-    /// An error has ended here, and the user has been told.
-    Evento<> averia;
+    /// An error has left a port or a timer; its text, UTF-8.
+    Evento<const std::string&> averia;
+    /// An error has left what a person asked for; its text, UTF-8.
+    Evento<const std::string&> tropiezo;
 
  private:
     static std::optional<std::string> errorDe(const std::function<void()>& aviso);
-    void atenderError(const std::string& error);
 
-    Plataforma& plataforma_;
-    Rescate& rescate_;
-    std::function<bool()> enDescarga_;
     bool averiada_ = false;
 };
 

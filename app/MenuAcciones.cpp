@@ -7,6 +7,8 @@ MenuAcciones::MenuAcciones(QWidget& ventana) : MnAcciones(new QMenu(&ventana)) {
     MnAcciones->setObjectName(QStringLiteral("MnAcciones"));
     mnVerEllo = entrada("mnVerEllo", "&Ver ventana");
     mnDescarga = entrada("mnDescarga", "&Descargar ahora");
+    mnPend = entrada("mnPend", "&Guardar las pendientes ahora");
+    mnDescartar = entrada("mnDescartar", "D&escartar las pendientes…");
     MnAcciones->addSeparator();
     MnComunica = entrada("MnComunica", "C&omunicación…");
     mnExcel = entrada("mnExcel", "&Hoja Excel…");

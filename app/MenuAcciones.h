@@ -19,6 +19,8 @@ struct MenuAcciones {
     QAction* MnComunica = nullptr;
     QAction* mnExcel = nullptr;
     QAction* MnTexto = nullptr;
+    QAction* mnPend = nullptr;
+    QAction* mnDescartar = nullptr;
     QAction* mnCerrar = nullptr;
 
  private:

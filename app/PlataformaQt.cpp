@@ -32,6 +32,14 @@ QWidget* ventanaALaVista() {
     return nullptr;
 }
 
+void componer(QMessageBox& caja, const std::string& texto) {
+    caja.setIcon(QMessageBox::Critical);
+    caja.setWindowTitle(QStringLiteral("bnDX5"));
+    caja.setTextFormat(Qt::PlainText);
+    caja.setText(QString::fromStdString(texto));
+    caja.addButton(QStringLiteral("&Aceptar"), QMessageBox::AcceptRole);
+}
+
 /// A message behind the window that waits for its answer would look as if the program hung; and one
 /// of a program hidden in the notification area must not come up behind somebody else's window.
 void ponerDelante(QMessageBox& caja) {
@@ -44,7 +52,7 @@ void ponerDelante(QMessageBox& caja) {
 }  // namespace
 
 PlataformaQt::PlataformaQt()
-    : carpeta_(escritorio::carpetaPropia()), motor_(motorExcel(rutaDelIni(*this))) {}
+    : carpeta_(escritorio::carpetaPropia()), motor_(motorExcel(disco(), rutaDelIni(*this))) {}
 
 std::filesystem::path PlataformaQt::carpetaPrograma() const { return carpeta_; }
 
@@ -81,7 +89,7 @@ void PlataformaQt::entregarLoLlegado() {
 }
 
 std::string PlataformaQt::dispositivo(int16_t canal) const {
-    const std::string propio = dispositivoDePuerto(rutaDelIni(*this), canal);
+    const std::string propio = dispositivoDePuerto(disco(), rutaDelIni(*this), canal);
     return propio.empty() ? dispositivoDelCanal(canal) : propio;
 }
 
@@ -92,7 +100,8 @@ std::unique_ptr<Temporizador> PlataformaQt::nuevoTemporizador() {
 std::unique_ptr<excel::Application> PlataformaQt::nuevaAplicacionExcel(bool porIdentificador) {
     if (motor_ == "auto") return decidirMotor(porIdentificador);
     if (motor_ == "excel") return excel::nuevaAplicacionDelSistema(porIdentificador);
-    if (motor_ == "interno") return xls::nuevaAplicacionInterna([this] { return ahora(); });
+    if (motor_ == "interno")
+        return xls::nuevaAplicacionInterna([this] { return ahora(); }, disco());
     throw excel::ErrorExcel("Este equipo no dispone de una hoja de cálculo");
 }
 
@@ -109,15 +118,33 @@ std::unique_ptr<excel::Application> PlataformaQt::decidirMotor(bool porIdentific
     return nuevaAplicacionExcel(porIdentificador);
 }
 
+bool PlataformaQt::esLibroSano(const std::filesystem::path& libro) const {
+    return xls::esLibroSano(disco(), libro);
+}
+
 double PlataformaQt::ahora() const { return escritorio::ahora(); }
 
 void PlataformaQt::mensajeCritico(const std::string& texto) {
-    QMessageBox caja(QMessageBox::Critical, QStringLiteral("bnDX5"), QString::fromStdString(texto));
-    caja.setTextFormat(Qt::PlainText);
-    caja.addButton(QStringLiteral("&Aceptar"), QMessageBox::AcceptRole);
+    QMessageBox caja;
+    componer(caja, texto);
     ponerDelante(caja);
     caja.exec();
 }
+
+/// One at a time: what it has to say is brought up to date.
+void PlataformaQt::avisar(const std::string& texto) {
+    if (aviso_) {
+        aviso_->setText(QString::fromStdString(texto));
+        return;
+    }
+    aviso_ = new QMessageBox;
+    aviso_->setAttribute(Qt::WA_DeleteOnClose);
+    componer(*aviso_, texto);
+    ponerDelante(*aviso_);
+    aviso_->open();
+}
+
+PlataformaQt::~PlataformaQt() { delete aviso_; }
 
 std::string PlataformaQt::carpetaEspecial(int32_t numero) const {
     return escritorio::carpetaEspecial(numero);

@@ -47,8 +47,8 @@ class TemporizadorVigilado : public Temporizador {
 
 }  // namespace
 
-PlataformaVigilada::PlataformaVigilada(Plataforma& plataforma, Atender atender)
-    : plataforma_(plataforma), atender_(std::move(atender)) {}
+PlataformaVigilada::PlataformaVigilada(Plataforma& plataforma, Atender atender, Mensaje mensaje)
+    : plataforma_(plataforma), atender_(std::move(atender)), mensaje_(std::move(mensaje)) {}
 
 std::filesystem::path PlataformaVigilada::carpetaPrograma() const {
     return plataforma_.carpetaPrograma();
@@ -67,11 +67,15 @@ std::unique_ptr<excel::Application> PlataformaVigilada::nuevaAplicacionExcel(
     return plataforma_.nuevaAplicacionExcel(porIdentificador);
 }
 
+bool PlataformaVigilada::esLibroSano(const std::filesystem::path& libro) const {
+    return plataforma_.esLibroSano(libro);
+}
+
 double PlataformaVigilada::ahora() const { return plataforma_.ahora(); }
 
-void PlataformaVigilada::mensajeCritico(const std::string& texto) {
-    plataforma_.mensajeCritico(texto);
-}
+void PlataformaVigilada::mensajeCritico(const std::string& texto) { mensaje_(texto); }
+
+void PlataformaVigilada::avisar(const std::string& texto) { plataforma_.avisar(texto); }
 
 std::string PlataformaVigilada::carpetaEspecial(int32_t numero) const {
     return plataforma_.carpetaEspecial(numero);
@@ -80,6 +84,8 @@ std::string PlataformaVigilada::carpetaEspecial(int32_t numero) const {
 int32_t PlataformaVigilada::abrirDocumento(const std::string& rutaODireccion) {
     return plataforma_.abrirDocumento(rutaODireccion);
 }
+
+Disco& PlataformaVigilada::disco() const { return plataforma_.disco(); }
 
 bool PlataformaVigilada::enArranque() const { return plataforma_.enArranque(); }
 

@@ -5,7 +5,9 @@
 #include <QContextMenuEvent>
 #include <QCoreApplication>
 #include <QIcon>
-#include <QMetaObject>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTimer>
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -13,12 +15,9 @@
 #include "app/Aspecto.h"
 #include "app/Bandeja.h"
 #include "app/ControlesDescarga.h"
-#include "app/CuentaAtras.h"
-#include "app/Guardia.h"
 #include "app/LineaDeMuestra.h"
 #include "app/MenuAcciones.h"
-#include "app/PlataformaVigilada.h"
-#include "app/Rescate.h"
+#include "app/Puesto.h"
 #include "app/Version.h"
 #include "config/APIsVarias.h"
 #include "config/Setup.h"
@@ -26,7 +25,6 @@
 #include "destinations/EdiTxt.h"
 #include "download/Descarga.h"
 #include "link/EdiCom.h"
-#include "platform/Ficheros.h"
 #include "ventanas/Estilo.h"
 #include "ventanas/MarcoPlano.h"
 
@@ -36,6 +34,7 @@ namespace {
 
 constexpr int32_t kUltimaFase = 4;
 constexpr int32_t kNoEncontrado = 2;  // the shell's "file not found"
+constexpr int kFinDeSesion = 10'000;  // ms
 constexpr const char* kPaginaWeb = "https://www.balnor.example/";
 
 QIcon gancho() { return QIcon(QStringLiteral(":/gancho.png")); }
@@ -46,65 +45,32 @@ void colorear(QLabel& etiqueta, const QColor& color) {
     etiqueta.setPalette(paleta);
 }
 
-/// A channel that is no channel is found here, before anything is shown; and the file stays as it
-/// is.
-std::shared_ptr<Setup> leerConfiguracion(Plataforma& plataforma) {
-    auto cfg = std::make_shared<Setup>(plataforma);
-    try {
-        cfg->canal();
-    } catch (...) {
-        cfg->Abandonar();
-        throw;
-    }
-    return cfg;
+/// Alternatives that must not be clicked away by mistake: the harmless one is the default.
+bool confirmar(QWidget* padre, const QString& pregunta, const QString& si) {
+    QMessageBox caja(QMessageBox::Warning, QStringLiteral("bnDX5"), pregunta, QMessageBox::NoButton,
+                     padre);
+    const QAbstractButton* boton = caja.addButton(si, QMessageBox::AcceptRole);
+    caja.setDefaultButton(caja.addButton(QStringLiteral("&Cancelar"), QMessageBox::RejectRole));
+    caja.exec();
+    return caja.clickedButton() == boton;
 }
 
 }  // namespace
 
-/// In order of creation: whatever is made by the platform goes before the guard it reports to.
 struct fDescarga::Interior {
     Interior(Plataforma& exterior, QWidget& ventana)
-        : rescate(exterior),
-          guardia(exterior, rescate, [this] { return enDescarga(); }),
-          plataforma(exterior, [this](const auto& aviso) { guardia.atender(aviso); }),
-          cfg(leerConfiguracion(plataforma)),
-          cuenta(
-              plataforma, [this] { return iniciarDescarga(); },
-              [this] { return cfg->AutoCadaXSegs(); }),
-          ver(ventana),
-          menu(ventana),
-          mSys(gancho(), *menu.MnAcciones) {}
+        : puesto(exterior), ver(ventana), menu(ventana), mSys(gancho(), *menu.MnAcciones) {}
 
-    bool enDescarga() const {
-        const int32_t estado = mDes ? mDes->Estado() : kEnReposo;
-        return estado == kPidiendo || estado == kRecibiendo || estado == kGuardando;
-    }
+    Setup& cfg() { return puesto.configuracion(); }
+    Descarga& mDes() { return puesto.controlador(); }
 
-    /// Starts a download, unless one is running or the last one's weighings cannot be put aside.
-    bool iniciarDescarga() {
-        if (enDescarga()) return false;
-        if (rescate.despejar()) return mDes->iniciarProceso();
-        if (!std::exchange(atascoContado, true)) {
-            plataforma.mensajeCritico(
-                "No se puede empezar otra descarga: las pesadas de la anterior no se han guardado, "
-                "y no se puede apartar el fichero\n" +
-                ficheros::aTexto(sacoTramas::fichero(plataforma)) +
-                "\n\nCópielo a otro sitio y bórrelo.");
-        }
-        return false;
-    }
-
-    Rescate rescate;
-    Guardia guardia;
-    PlataformaVigilada plataforma;
-    std::shared_ptr<Setup> cfg;
-    std::unique_ptr<Descarga> mDes;
-    CuentaAtras cuenta;
+    Puesto puesto;
     ControlesDescarga ver;
     MenuAcciones menu;
     Bandeja mSys;
     std::string ultimoFalloAvisado;
-    bool atascoContado = false;  // told once, not at every end of the countdown
+    QString porQueNoSeCierra;
+    bool hayQueCerrar = false;  // the session ends
 };
 
 fDescarga::fDescarga(Plataforma& plataforma, QWidget* padre) : QWidget(padre) {
@@ -115,27 +81,22 @@ fDescarga::fDescarga(Plataforma& plataforma, QWidget* padre) : QWidget(padre) {
     interior_ = std::make_unique<Interior>(plataforma, *this);
 
     interior_->ver.lbVer->setText(QStringLiteral("ver. ") + QLatin1String(kVersion));
-    mostrarDestinos(XCel(interior_->plataforma).HayExcel());
-    interior_->ver.ckInicio->setChecked(interior_->plataforma.enArranque());
-    interior_->ver.ckMini->setChecked(interior_->cfg->EjecutarMinimizado());
+    mostrarDestinos(interior_->puesto.hayExcel());
+    interior_->ver.ckInicio->setChecked(interior_->puesto.plataforma().enArranque());
+    interior_->ver.ckMini->setChecked(interior_->cfg().EjecutarMinimizado());
     refrescarRotulos();
     conectarControles();
-    crearControlador();
     mostrarBotones(kEnReposo);
     interior_->ver.cmdDesc->setFocus();
-    interior_->cuenta.arrancar();
-    recogerRestos();
+    mostrarCuenta();
+    mostrarPendientes();
 }
 
-fDescarga::~fDescarga() {
-    interior_->cfg.reset();  // the controller holds it until it goes
-    interior_->mSys.quitar();
-    interior_->mDes.reset();
-}
+fDescarga::~fDescarga() { interior_->mSys.quitar(); }
 
 void fDescarga::presentar() {
     interior_->mSys.poner();
-    if (interior_->cfg->EjecutarMinimizado()) {
+    if (interior_->cfg().EjecutarMinimizado()) {
         ocultar();
     } else {
         show();
@@ -158,7 +119,21 @@ void fDescarga::ocultar() {
     }
 }
 
+void fDescarga::obedecer() {
+    interior_->hayQueCerrar = true;
+    // Somebody else may call the end of the session off.
+    QTimer::singleShot(kFinDeSesion, this, [this] { interior_->hayQueCerrar = false; });
+}
+
+/// While weighings are under way nobody closes it by mistake: neither by its button, which is not
+/// there, nor by the keyboard or the task bar.
 void fDescarga::closeEvent(QCloseEvent* evento) {
+    if (!interior_->hayQueCerrar && !interior_->puesto.puedeCerrarse()) {
+        evento->ignore();
+        interior_->porQueNoSeCierra =
+            QStringLiteral("No se puede cerrar mientras se reciben o se guardan pesadas.");
+        return mostrarPendientes();
+    }
     evento->accept();
     interior_->mSys.quitar();
     QCoreApplication::quit();
@@ -171,15 +146,14 @@ void fDescarga::contextMenuEvent(QContextMenuEvent* evento) {
 /// Without a spreadsheet application its controls give way to a notice.
 void fDescarga::mostrarDestinos(bool hayExcel) {
     auto& ver = interior_->ver;
-    if (!hayExcel) interior_->cfg->UsoExcel(false);
     ver.ckXcel->setEnabled(hayExcel);
     for (QWidget* control :
          std::initializer_list<QWidget*>{ver.ckXcel, ver.lbExcel, ver.vXcel, ver.cmdXcel}) {
         control->setVisible(hayExcel);
     }
     ver.frNoXcel->setVisible(!hayExcel);
-    ver.ckXcel->setChecked(interior_->cfg->UsoExcel());
-    ver.ckTxto->setChecked(interior_->cfg->UsoTexto());
+    ver.ckXcel->setChecked(interior_->cfg().UsoExcel());
+    ver.ckTxto->setChecked(interior_->cfg().UsoTexto());
 }
 
 void fDescarga::conectarControles() {
@@ -187,46 +161,47 @@ void fDescarga::conectarControles() {
     conectarDestinos();
     conectarMenu();
     interior_->ver.lbAuto->alPulsar = [this] {
-        interior_->guardia.atenderUsuario([this] { pulsarCuenta(); });
+        interior_->puesto.atender([this] { pulsarCuenta(); });
     };
-    interior_->cuenta.cambio.conectar([this] { mostrarCuenta(); });
-    interior_->mSys.DblClick.conectar([this] { volverAVer(); });
-    // The failed call has still to unwind through what is about to be replaced.
-    interior_->guardia.averia.conectar([this] {
-        QMetaObject::invokeMethod(
-            this, [this] { empezarDeNuevo(); }, Qt::QueuedConnection);
+    Puesto& puesto = interior_->puesto;
+    puesto.cuenta().cambio.conectar([this] { mostrarCuenta(); });
+    puesto.PesadaRecibida.conectar([this](pesaDX5&) { mDes_PesadaRecibida(); });
+    puesto.CambioEstado.conectar([this](int32_t& estado) { mDes_CambioEstado(estado); });
+    puesto.cambio.conectar([this] { mostrarPendientes(); });
+    puesto.avisoFuera.conectar([this](const std::string& texto) {
+        interior_->mSys.avisar(QStringLiteral("Las pesadas no se pueden guardar"),
+                               QString::fromStdString(texto));
     });
+    interior_->mSys.DblClick.conectar([this] { volverAVer(); });
 }
 
 void fDescarga::alPulsar(QAbstractButton* boton, std::function<void()> accion) {
     connect(boton, &QAbstractButton::clicked, this,
-            [this, accion = std::move(accion)] { interior_->guardia.atenderUsuario(accion); });
+            [this, accion = std::move(accion)] { interior_->puesto.atender(accion); });
 }
 
 void fDescarga::conectarBotones() {
     auto& ver = interior_->ver;
-    alPulsar(ver.cmdDesc, [this] { interior_->iniciarDescarga(); });
-    alPulsar(ver.cmdAbor, [this] { interior_->mDes->Abortar(); });
-    alPulsar(ver.cmdLimp, [this] {
-        interior_->mDes->Reset();
-        if (interior_->cfg->AutoCadaXSegs() > 0) interior_->cuenta.arrancar();
-    });
+    alPulsar(ver.cmdDesc, [this] { interior_->puesto.descargar(); });
+    alPulsar(ver.cmdAbor, [this] { interior_->mDes().Abortar(); });
+    alPulsar(ver.cmdLimp, [this] { interior_->puesto.limpiar(); });
+    alPulsar(ver.cmdPend, [this] { interior_->puesto.guardarPendientes(); });
     alPulsar(ver.cmdCerr, [this] { close(); });
     alPulsar(ver.cmdMini, [this] { ocultar(); });
     alPulsar(ver.ckMini, [this] {
-        interior_->cfg->EjecutarMinimizado(interior_->ver.ckMini->isChecked());
-        interior_->cfg->Update();
+        interior_->cfg().EjecutarMinimizado(interior_->ver.ckMini->isChecked());
+        interior_->cfg().Update();
     });
     alPulsar(ver.ckInicio, [this] { cambiarInicio(); });
-    alPulsar(ver.imgLink, [this] { AbrirDocumento(interior_->plataforma, kPaginaWeb); });
+    alPulsar(ver.imgLink, [this] { AbrirDocumento(interior_->puesto.plataforma(), kPaginaWeb); });
 }
 
 void fDescarga::conectarDestinos() {
     auto& ver = interior_->ver;
     alPulsar(ver.ckXcel, [this] { cambiarDestinos(); });
     alPulsar(ver.ckTxto, [this] { cambiarDestinos(); });
-    alPulsar(ver.vXcel, [this] { this->ver(interior_->cfg->LibroExcel()); });
-    alPulsar(ver.vTxto, [this] { this->ver(interior_->cfg->ArchivoTexto()); });
+    alPulsar(ver.vXcel, [this] { this->ver(interior_->cfg().LibroExcel()); });
+    alPulsar(ver.vTxto, [this] { this->ver(interior_->cfg().ArchivoTexto()); });
     alPulsar(ver.cmdCom, [this] { editarComunicacion(); });
     alPulsar(ver.cmdXcel, [this] { editarExcel(); });
     alPulsar(ver.cmdTxto, [this] { editarTexto(); });
@@ -236,60 +211,72 @@ void fDescarga::conectarMenu() {
     const auto& menu = interior_->menu;
     const auto alElegir = [this](QAction* entrada, std::function<void()> accion) {
         connect(entrada, &QAction::triggered, this,
-                [this, accion = std::move(accion)] { interior_->guardia.atenderUsuario(accion); });
+                [this, accion = std::move(accion)] { interior_->puesto.atender(accion); });
     };
     alElegir(menu.mnVerEllo, [this] { volverAVer(); });
-    alElegir(menu.mnDescarga, [this] { interior_->iniciarDescarga(); });
+    alElegir(menu.mnDescarga, [this] { interior_->puesto.descargar(); });
+    alElegir(menu.mnPend, [this] { interior_->puesto.guardarPendientes(); });
+    alElegir(menu.mnDescartar, [this] { descartarPendientes(); });
     alElegir(menu.MnComunica, [this] { editarComunicacion(); });
     alElegir(menu.mnExcel, [this] { editarExcel(); });
     alElegir(menu.MnTexto, [this] { editarTexto(); });
     alElegir(menu.mnCerrar, [this] { close(); });
 }
 
-void fDescarga::crearControlador() {
-    interior_->mDes = std::make_unique<Descarga>(interior_->plataforma);
-    interior_->mDes->DatosCfg(interior_->cfg);
-    interior_->mDes->PesadaRecibida.conectar([this](pesaDX5&) { mDes_PesadaRecibida(); });
-    interior_->mDes->CambioEstado.conectar([this](int32_t& estado) { mDes_CambioEstado(estado); });
+/// What waits, and what there is to say beside it.
+void fDescarga::mostrarPendientes() {
+    auto& ver = interior_->ver;
+    const Descarga& mDes = interior_->mDes();
+    const int32_t cuantas = mDes.numPendientes();
+    ver.lbPend->setText(
+        QString::fromStdString(textoDePendientes(cuantas, mDes.motivoPendientes())));
+    QString aviso = interior_->porQueNoSeCierra;
+    for (const std::string& uno : interior_->puesto.avisos()) {
+        aviso += (aviso.isEmpty() ? QString() : QStringLiteral("\n")) + QString::fromStdString(uno);
+    }
+    ver.lbAviso->setText(aviso);
+    ver.lbPend->setVisible(cuantas > 0);
+    ver.cmdPend->setVisible(cuantas > 0);
+    ver.lbAviso->setVisible(!aviso.isEmpty());
+    ver.frPend->setVisible(cuantas > 0 || !aviso.isEmpty());
+    const int32_t estado = mDes.Estado();
+    const bool libre = estado == kEnReposo || estado == kTerminada || estado == kFallida;
+    ver.cmdPend->setEnabled(libre);
+    interior_->menu.mnPend->setEnabled(libre && cuantas > 0);
+    interior_->menu.mnDescartar->setEnabled(libre && cuantas > 0);
 }
 
-void fDescarga::empezarDeNuevo() {
-    interior_->mDes.reset();  // closes its port before the new one can ask for it
-    crearControlador();
-    interior_->guardia.reanudar();
-    mDes_CambioEstado(kEnReposo);
-    interior_->cuenta.arrancar();
-}
-
-void fDescarga::recogerRestos() {
-    const auto restos = interior_->rescate.recoger();
-    if (!restos) return;
-    const std::string texto = textoDeRestos(*restos);
-    // Told once the window is there, and without holding up the automatic downloads.
-    QMetaObject::invokeMethod(
-        this, [this, texto] { interior_->plataforma.mensajeCritico(texto); }, Qt::QueuedConnection);
+void fDescarga::descartarPendientes() {
+    const int32_t cuantas = interior_->mDes().numPendientes();
+    const QString pregunta =
+        (cuantas == 1 ? QStringLiteral("Hay 1 pesada que no se ha podido guardar. ¿Descartarla?")
+                      : QStringLiteral("Hay %1 pesadas que no se han podido guardar. "
+                                       "¿Descartarlas?")
+                            .arg(cuantas)) +
+        QStringLiteral(
+            "\n\nNo se escribirán en sus destinos. Se conservan en un fichero "
+            "bnDescartadas con la fecha de hoy, en la carpeta del programa.");
+    if (confirmar(this, pregunta, QStringLiteral("&Descartar"))) {
+        interior_->puesto.descartarPendientes();
+    }
 }
 
 void fDescarga::mDes_PesadaRecibida() {
     auto& ver = interior_->ver;
     // Painted as soon as this notification is over: the acknowledge must not wait for the screen.
-    ver.lbRx->setText(QString::number(interior_->mDes->numRecibidas()));
+    ver.lbRx->setText(QString::number(interior_->mDes().numRecibidas()));
 }
 
 void fDescarga::mDes_CambioEstado(int32_t estado) {
     auto& ver = interior_->ver;
-    if (estado == kRecibiendo) interior_->rescate.empezar();
-    ver.lbRx->setText(QString::number(interior_->mDes->numRecibidas()));
+    interior_->porQueNoSeCierra.clear();
+    ver.lbRx->setText(QString::number(interior_->mDes().numRecibidas()));
     mostrarBotones(estado);
     mostrarFase(aspectoDeEstado(estado).fase);
     mostrarResultado(estado);
     // The save pass follows at once and holds the window until it ends.
     if (estado == kGuardando) repaint();
-    if (estado == kTerminada || estado == kFallida) {
-        interior_->rescate.acabar();
-        avisarDelFallo(estado);
-        if (interior_->cfg->AutoCadaXSegs() > 0) interior_->cuenta.arrancar();
-    }
+    if (estado == kTerminada || estado == kFallida) avisarDelFallo(estado);
 }
 
 void fDescarga::mostrarBotones(int32_t estado) {
@@ -354,53 +341,54 @@ void fDescarga::mostrarResultado(int32_t estado) {
     ver.lbMensaje->setVisible(!bien);
     if (bien) {
         ver.lbResulBien->setText(
-            QString::fromStdString(textoDeResultado(interior_->mDes->numRecibidas())));
+            QString::fromStdString(textoDeResultado(interior_->mDes().numRecibidas())));
     } else {
-        ver.lbMensaje->setText(QString::fromStdString(interior_->mDes->Explicacion()));
+        ver.lbMensaje->setText(QString::fromStdString(interior_->mDes().Explicacion()));
     }
     ver.frResul->show();
 }
 
 void fDescarga::mostrarCuenta() {
     auto& ver = interior_->ver;
-    const QColor color = interior_->cuenta.enMarcha() ? estilo::kAzul : estilo::kApagado;
-    ver.lbSeg->setText(QString::fromStdString(interior_->cuenta.texto()));
+    const QColor color = interior_->puesto.cuenta().enMarcha() ? estilo::kAzul : estilo::kApagado;
+    ver.lbSeg->setText(QString::fromStdString(interior_->puesto.cuenta().texto()));
     colorear(*ver.lbAuto, color);
     colorear(*ver.lbSeg, color);
 }
 
 void fDescarga::pulsarCuenta() {
-    if (interior_->cuenta.enMarcha()) {
-        interior_->cuenta.pausar();
+    if (interior_->puesto.cuenta().enMarcha()) {
+        interior_->puesto.cuenta().pausar();
     } else {
-        interior_->cuenta.reanudar();
+        interior_->puesto.cuenta().reanudar();
     }
 }
 
 void fDescarga::cambiarInicio() {
     QCheckBox& ckInicio = *interior_->ver.ckInicio;
     try {
-        interior_->plataforma.enArranque(ckInicio.isChecked());
+        interior_->puesto.plataforma().enArranque(ckInicio.isChecked());
     } catch (...) {
         // The box must not promise what has not been written. Only the user's own click is listened
         // to, so this raises none.
-        ckInicio.setChecked(interior_->plataforma.enArranque());
+        ckInicio.setChecked(interior_->puesto.plataforma().enArranque());
         throw;
     }
 }
 
 void fDescarga::cambiarDestinos() {
     auto& ver = interior_->ver;
-    Setup& cfg = *interior_->cfg;
+    Setup& cfg = interior_->cfg();
     cfg.UsoExcel(ver.ckXcel->isChecked());
     cfg.UsoTexto(ver.ckTxto->isChecked());
     refrescarRotulos();
+    mostrarPendientes();
     cfg.Update();
 }
 
 void fDescarga::refrescarRotulos() {
     auto& ver = interior_->ver;
-    const Setup& cfg = *interior_->cfg;
+    const Setup& cfg = interior_->cfg();
     ver.lbCanal->setText(QString::fromStdString(rotuloDeCanal(cfg)));
     ver.lbExcel->setText(QString::fromStdString(rotuloDeExcel(cfg)));
     ver.lbTexto->setText(QString::fromStdString(rotuloDeTexto(cfg)));
@@ -415,42 +403,46 @@ void fDescarga::refrescarRotulos() {
 }
 
 void fDescarga::ver(const std::string& documento) {
-    if (AbrirDocumento(interior_->plataforma, documento) != kNoEncontrado) return;
-    interior_->plataforma.mensajeCritico("No existe el fichero '" + documento + "' ");
+    if (AbrirDocumento(interior_->puesto.plataforma(), documento) != kNoEncontrado) return;
+    interior_->puesto.plataforma().mensajeCritico("No existe el fichero '" + documento + "' ");
 }
 
 void fDescarga::editarComunicacion() {
-    const bool enMarcha = interior_->cuenta.enMarcha();
-    interior_->cuenta.pausar();
-    if (EdiCom(interior_->plataforma, this).Abrir(*interior_->cfg)) {
-        interior_->cfg->Update();
+    CuentaAtras& cuenta = interior_->puesto.cuenta();
+    const bool enMarcha = cuenta.enMarcha();
+    const bool retenida = cuenta.retenida();
+    cuenta.pausar();
+    if (EdiCom(interior_->puesto.plataforma(), this).Abrir(interior_->cfg())) {
+        interior_->cfg().Update();
         refrescarRotulos();
-        interior_->cuenta.arrancar();  // the period may be another one, or none
+        // The period may be another one, or none; what the user holds stays held.
+        const bool sigueRetenida = retenida && interior_->cfg().AutoCadaXSegs() > 0;
+        if (!sigueRetenida) cuenta.arrancar();
     } else if (enMarcha) {
-        interior_->cuenta.reanudar();
+        cuenta.reanudar();
     }
 }
 
 void fDescarga::editarExcel() {
-    if (!EdiExc(interior_->plataforma, this).Abrir(*interior_->cfg)) return;
-    interior_->cfg->Update();
+    if (!EdiExc(interior_->puesto.plataforma(), this).Abrir(interior_->cfg())) return;
+    interior_->cfg().Update();
     refrescarRotulos();
 }
 
 void fDescarga::editarTexto() {
-    EdiTxt dialogo(interior_->plataforma, this);
+    EdiTxt dialogo(interior_->puesto.plataforma(), this);
     dialogo.VistaPrevia([this](const FormularioTxt& formulario) {
-        return lineaDeMuestra(interior_->plataforma, formulario);
+        return lineaDeMuestra(interior_->puesto.plataforma(), formulario);
     });
-    if (!dialogo.Abrir(*interior_->cfg)) return;
-    interior_->cfg->Update();
+    if (!dialogo.Abrir(interior_->cfg())) return;
+    interior_->cfg().Update();
     refrescarRotulos();
 }
 
 /// Nobody sees the result frame of a hidden window: its first failure is told beside the icon, and
 /// the same one again only after something else has happened.
 void fDescarga::avisarDelFallo(int32_t estado) {
-    const std::string fallo = estado == kFallida ? interior_->mDes->Explicacion() : std::string();
+    const std::string fallo = estado == kFallida ? interior_->mDes().Explicacion() : std::string();
     const bool oculta = isHidden() || isMinimized();
     if (oculta && !fallo.empty() && fallo != interior_->ultimoFalloAvisado) {
         interior_->mSys.avisar(QStringLiteral("La descarga de pesadas ha fallado"),

@@ -11,8 +11,8 @@
 
 namespace bn {
 
-/// The main window: owns the settings and the download controller, starts downloads by its button
-/// or by the automatic countdown, and shows how they go. Closing it ends the program.
+/// The main window: shows what the desk does and hands it what the user wants. Closing it ends the
+/// program, but not while weighings arrive or are saved.
 class fDescarga : public QWidget {
  public:
     /// Reads the settings; throws when they cannot be understood.
@@ -25,6 +25,8 @@ class fDescarga : public QWidget {
     void volverAVer();
     /// Only the notification area keeps it; minimised where there is none.
     void ocultar();
+    /// The session ends: for a while closing is not refused, whatever is under way.
+    void obedecer();
 
  protected:
     void closeEvent(QCloseEvent* evento) override;
@@ -39,9 +41,8 @@ class fDescarga : public QWidget {
     void conectarBotones();
     void conectarDestinos();
     void conectarMenu();
-    void crearControlador();
-    void recogerRestos();
-    void empezarDeNuevo();
+    void mostrarPendientes();
+    void descartarPendientes();
 
     void mDes_PesadaRecibida();
     void mDes_CambioEstado(int32_t estado);

@@ -40,7 +40,7 @@ QFrame#frDestinos, QFrame#frFases, QFrame#frAuto, QFrame#frGrupo {
 QFrame#frResul { background: #f6f8fa; border: none; border-radius: 4px; }
 QLabel#lbTitulo { color: #ffffff; }
 QLabel#lbGrupo { font-weight: bold; }
-QLabel#lbAviso { color: #6e7882; }
+QDialog QLabel#lbAviso { color: #6e7882; }
 QPushButton, QToolButton {
     background: #ffffff; border: 1px solid #b4bfca; border-radius: 4px; padding: 5px 12px; }
 QToolButton { padding: 3px; }

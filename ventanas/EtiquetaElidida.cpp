@@ -6,8 +6,22 @@
 #include <QPainter>
 #include <QStyle>
 #include <QToolTip>
+#include <algorithm>
 
 namespace bn {
+
+namespace {
+
+constexpr int kAnchuraMaxima = 100;  // characters
+
+}  // namespace
+
+/// A window grows with its texts, but not beyond the screen.
+QSize EtiquetaElidida::sizeHint() const {
+    const QSize entera = QLabel::sizeHint();
+    return {std::min(entera.width(), fontMetrics().averageCharWidth() * kAnchuraMaxima),
+            entera.height()};
+}
 
 QSize EtiquetaElidida::minimumSizeHint() const {
     return {fontMetrics().averageCharWidth() * 8, QLabel::minimumSizeHint().height()};

@@ -11,6 +11,7 @@ class EtiquetaElidida : public QLabel {
  public:
     using QLabel::QLabel;
 
+    QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
  protected:

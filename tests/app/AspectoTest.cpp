@@ -84,14 +84,10 @@ TEST_F(Rotulos, ADestinationNotInUseShowsNoPath) {
     EXPECT_EQ(rotuloDeTexto(cfg), "Texto plano:  ");
 }
 
-TEST(TextoDeRestos, CountsTheWeighingsInGoodSpanish) {
-    const std::filesystem::path fichero = "/x/bnGuardo-20230315-120000.txt";
-    const auto dice = [&](std::size_t pesadas) { return textoDeRestos({fichero, pesadas}); };
-    EXPECT_NE(dice(1).find("La pesada que se había recibido se conserva en el fichero\n/x/bnG"),
-              std::string::npos);
-    EXPECT_NE(dice(7).find("Las 7 pesadas que se habían recibido se conservan"), std::string::npos);
-    EXPECT_NE(dice(0).find("Las pesadas que se habían recibido se conservan"), std::string::npos)
-        << "how many is not known";
+TEST(TextoDePendientes, CountsTheWeighingsInGoodSpanishAndSaysWhy) {
+    EXPECT_EQ(textoDePendientes(0, ""), "");
+    EXPECT_EQ(textoDePendientes(1, "Falta sitio."), "1 pesada pendiente de guardar. Falta sitio.");
+    EXPECT_EQ(textoDePendientes(12, ""), "12 pesadas pendientes de guardar.");
 }
 
 }  // namespace

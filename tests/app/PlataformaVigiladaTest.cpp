@@ -5,33 +5,31 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "app/Guardia.h"
 #include "app/PlataformaVigilada.h"
-#include "app/Rescate.h"
-#include "download/Descarga.h"
-#include "platform/Ficheros.h"
 #include "tests/soporte/CarpetaTemporal.h"
 #include "tests/soporte/ExcelDePrueba.h"
-#include "tests/soporte/TramasDePrueba.h"
 
 namespace bn {
 namespace {
 
-using prueba::PesadaDePrueba;
-using prueba::trama;
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::SizeIs;
 
 class PlataformaVigiladaPrueba : public testing::Test {
  protected:
     prueba::CarpetaTemporal carpeta;
     PlataformaConExcel exterior{carpeta.ruta()};
-    Rescate rescate{exterior};
-    bool enDescarga = false;
-    Guardia guardia{exterior, rescate, [this] { return enDescarga; }};
-    PlataformaVigilada vigilada{exterior, [this](const auto& aviso) { guardia.atender(aviso); }};
+    Guardia guardia;
+    std::vector<std::string> averias;
+    std::vector<std::string> mensajes;
+    PlataformaVigilada vigilada{exterior, [this](const auto& aviso) { guardia.atender(aviso); },
+                                [this](const auto& texto) { mensajes.push_back(texto); }};
+    void SetUp() override {
+        guardia.averia.conectar([this](const std::string& error) { averias.push_back(error); });
+    }
 };
 
 TEST_F(PlataformaVigiladaPrueba, PassesOnEverythingElse) {
@@ -44,11 +42,18 @@ TEST_F(PlataformaVigiladaPrueba, PassesOnEverythingElse) {
     EXPECT_EQ(vigilada.carpetaEspecial(6), "");
     EXPECT_EQ(vigilada.abrirDocumento("x.xls"), 2);
     EXPECT_THAT(exterior.abiertos, ElementsAre("x.xls"));
-    vigilada.mensajeCritico("hola");
+    vigilada.avisar("hola");
     EXPECT_THAT(exterior.mensajes, ElementsAre("hola"));
+    EXPECT_EQ(&vigilada.disco(), &exterior.disco());
     vigilada.nuevaAplicacionExcel(true)->Quit();
     vigilada.nuevaAplicacionExcel(false)->Quit();
     EXPECT_THAT(exterior.excel.porIdentificador, ElementsAre(true, false));
+}
+
+TEST_F(PlataformaVigiladaPrueba, ItsMessagesGoWhereItsOwnerSendsThem) {
+    vigilada.mensajeCritico("hola");
+    EXPECT_THAT(mensajes, ElementsAre("hola"));
+    EXPECT_THAT(exterior.mensajes, SizeIs(0));
 }
 
 TEST_F(PlataformaVigiladaPrueba, ItsPortsAreTheOutsidesPorts) {
@@ -86,8 +91,7 @@ TEST_F(PlataformaVigiladaPrueba, AnErrorOfAPortsHandlerNeverLeaves) {
     puerto->PortOpen(true);
     puerto->OnComm.conectar([] { throw std::runtime_error("fallo del puerto"); });
     EXPECT_NO_THROW(exterior.puerto().recibir("x"));
-    ASSERT_THAT(exterior.mensajes, SizeIs(1));
-    EXPECT_THAT(exterior.mensajes[0], HasSubstr("fallo del puerto"));
+    EXPECT_THAT(averias, ElementsAre("fallo del puerto"));
 }
 
 TEST_F(PlataformaVigiladaPrueba, AnErrorOfATimersHandlerNeverLeaves) {
@@ -98,8 +102,7 @@ TEST_F(PlataformaVigiladaPrueba, AnErrorOfATimersHandlerNeverLeaves) {
     temporizador->Enabled(true);
     EXPECT_TRUE(temporizador->Enabled());
     EXPECT_NO_THROW(exterior.avanzar(1000));
-    ASSERT_THAT(exterior.mensajes, SizeIs(1)) << "the other nine are dropped";
-    EXPECT_THAT(exterior.mensajes[0], HasSubstr("fallo del reloj"));
+    EXPECT_THAT(averias, ElementsAre("fallo del reloj")) << "the other nine are dropped";
 }
 
 TEST_F(PlataformaVigiladaPrueba, PortsAndTimersMayGoBeforeTheirNotifications) {
@@ -111,34 +114,6 @@ TEST_F(PlataformaVigiladaPrueba, PortsAndTimersMayGoBeforeTheirNotifications) {
     temporizador.reset();
     exterior.avanzar(1000);
     EXPECT_EQ(disparos, 0);
-}
-
-/// From the indicator's last frame to the message box and a new controller.
-TEST_F(PlataformaVigiladaPrueba, NothingReceivedIsLostWhenTheSavePassFails) {
-    exterior.horaActual = 45000.5;
-    auto cfg = std::make_shared<bn::Setup>(vigilada);
-    cfg->LibroExcel("Pesadas.xls");
-    cfg->ArchivoTexto(ficheros::aTexto(carpeta / "Pesadas.txt"));
-    auto des = std::make_unique<Descarga>(vigilada);
-    des->DatosCfg(cfg);
-    enDescarga = true;
-    ASSERT_TRUE(des->iniciarProceso());
-    const std::string datos = PesadaDePrueba().datos();
-    exterior.puerto().recibir(trama(datos));
-    exterior.excel.fallar("Workbook.SaveAs", "El disco está lleno");
-    EXPECT_NO_THROW(exterior.puerto().recibir(trama("0001")));
-    ASSERT_THAT(exterior.mensajes, SizeIs(1));
-    EXPECT_THAT(exterior.mensajes[0], HasSubstr("El disco está lleno"));
-    EXPECT_EQ(prueba::leerFichero(carpeta / "bnGuardo-20230315-120000.txt"), datos + "\r\n");
-
-    des = nullptr;
-    EXPECT_EQ(exterior.excel.instanciasAbiertas, 0) << "the workbook is let go with its owner";
-    des = std::make_unique<Descarga>(vigilada);
-    des->DatosCfg(cfg);
-    guardia.reanudar();
-    ASSERT_TRUE(des->iniciarProceso());
-    exterior.puerto().recibir(trama("0000"));
-    EXPECT_EQ(des->Estado(), 4);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -48,8 +49,20 @@ class PasoDeGuardadoPrueba : public testing::Test {
         }
     }
     void ejecutar() {
-        ASSERT_TRUE(saco.iniRecupero());
-        PasoDeGuardado(plataforma, cfg, xcel, saco).ejecutar();
+        lote.emplace(plataforma, 0, carpeta / "bnGuardo.txt", carpeta / "bnGuardo.nota");
+        lote->nota().crear({});
+        lote->releer();
+        XCel xcel(plataforma);
+        PasoDeGuardado paso(plataforma, cfg, xcel);
+        paso.ejecutar({&*lote}, PasoDeGuardado::Fallo::kDeTodo);
+        avisos = paso.avisos();
+    }
+    /// A batch of one weighing, whatever was stored before.
+    void ejecutarUna() {
+        sacoTramas otro(plataforma);
+        ASSERT_TRUE(otro.iniGuardo());
+        ASSERT_TRUE(otro.Guardo(PesadaDePrueba().datos()));
+        ejecutar();
     }
     /// The line of the n-th weighing that almacenar stores, with the default layout.
     static std::string linea(int32_t n) {
@@ -84,7 +97,8 @@ class PasoDeGuardadoPrueba : public testing::Test {
     std::filesystem::path texto = carpeta / "Pesadas.txt";
     bn::Setup cfg{plataforma};
     sacoTramas saco{plataforma};
-    XCel xcel{plataforma};
+    std::optional<Lote> lote;
+    Textos avisos;
 };
 
 TEST_F(PasoDeGuardadoPrueba, WithoutFramesNothingIsTouched) {
@@ -98,7 +112,7 @@ TEST_F(PasoDeGuardadoPrueba, WithBothDestinationsOffNothingIsWritten) {
     sinTexto();
     almacenar(3);
     ejecutar();
-    EXPECT_TRUE(saco.Final()) << "the frames are read back all the same";
+    EXPECT_EQ(lote->porLlegar(), 3U) << "they wait for a destination";
     EXPECT_THAT(excel().porIdentificador, IsEmpty());
     EXPECT_FALSE(std::filesystem::exists(texto));
 }
@@ -204,17 +218,7 @@ TEST_F(PasoDeGuardadoPrueba, ReadsTheNamedRowAsALeadingNumberRoundedToTheEvenNei
     for (const auto& [referencia, fila] : casos) {
         excel().olvidar();
         ultima(referencia);
-        sacoTramas otro(plataforma);
-        ASSERT_TRUE(otro.iniGuardo());
-        ASSERT_TRUE(otro.Guardo(PesadaDePrueba().datos()));
-        ASSERT_TRUE(otro.iniRecupero());
-        XCel uno(plataforma);
-        if (fila == 32767) {  // written, but there is no next row
-            EXPECT_THROW(PasoDeGuardado(plataforma, cfg, uno, otro).ejecutar(),
-                         std::overflow_error);
-        } else {
-            PasoDeGuardado(plataforma, cfg, uno, otro).ejecutar();
-        }
+        ejecutarUna();
         EXPECT_THAT(filas(), ElementsAre(fila)) << referencia;
     }
 }
@@ -222,13 +226,7 @@ TEST_F(PasoDeGuardadoPrueba, ReadsTheNamedRowAsALeadingNumberRoundedToTheEvenNei
 TEST_F(PasoDeGuardadoPrueba, ANamedRowThatIsNoNumberIsRowZeroWhichTheSheetRefuses) {
     for (const std::string referencia : {"=abc", "=Pesadas!$A$25", "=", "=\"25\"", "=0", "=0.5"}) {
         ultima(referencia);
-        sacoTramas otro(plataforma);
-        ASSERT_TRUE(otro.iniGuardo());
-        ASSERT_TRUE(otro.Guardo(PesadaDePrueba().datos()));
-        ASSERT_TRUE(otro.iniRecupero());
-        XCel uno(plataforma);
-        EXPECT_THROW(PasoDeGuardado(plataforma, cfg, uno, otro).ejecutar(), excel::ErrorExcel)
-            << referencia;
+        EXPECT_THROW(ejecutarUna(), excel::ErrorExcel) << referencia;
     }
     EXPECT_THAT(filas(), IsEmpty());
 }
@@ -237,13 +235,7 @@ TEST_F(PasoDeGuardadoPrueba, ANamedRowBeyond16BitsIsAnOverflow) {
     for (const std::string referencia :
          {"=32767.5", "=32768", "=65537", "=-32769", "=1e300", "=99999999999999999999999"}) {
         ultima(referencia);
-        sacoTramas otro(plataforma);
-        ASSERT_TRUE(otro.iniGuardo());
-        ASSERT_TRUE(otro.Guardo(PesadaDePrueba().datos()));
-        ASSERT_TRUE(otro.iniRecupero());
-        XCel uno(plataforma);
-        EXPECT_THROW(PasoDeGuardado(plataforma, cfg, uno, otro).ejecutar(), std::overflow_error)
-            << referencia;
+        EXPECT_THROW(ejecutarUna(), std::overflow_error) << referencia;
     }
     EXPECT_THAT(filas(), IsEmpty());
 }
@@ -254,13 +246,35 @@ TEST_F(PasoDeGuardadoPrueba, TheSmallest16BitRowIsTheSheetsToRefuse) {
     EXPECT_THROW(ejecutar(), excel::ErrorExcel);
 }
 
-TEST_F(PasoDeGuardadoPrueba, PassingRow32767IsAnErrorAndTheWorkbookIsNotSaved) {
+TEST_F(PasoDeGuardadoPrueba, RowsUpTo32767AreWrittenAndSavedAndTheOverflowIsAnErrorOnlyThen) {
     ultima("=32766");
     almacenar(3);
-    EXPECT_THROW(ejecutar(), std::overflow_error);
+    EXPECT_THROW(ejecutar(), HojaLlena);
     EXPECT_THAT(filas(), ElementsAre(32766, 32767));
-    EXPECT_EQ(hoja().celdas.size(), 0U);
-    EXPECT_EQ(leerFichero(texto), linea(1)) << "the second one's row came before its line";
+    EXPECT_EQ(celda(32766, 3), Variante(1));
+    EXPECT_EQ(celda(32767, 3), Variante(2));
+    EXPECT_EQ(leerFichero(texto), linea(1) + linea(2)) << "the third one's row came first";
+    EXPECT_EQ(lote->porLlegar(), 1U);
+    EXPECT_EQ(lote->nota().parte(Destino::kHoja).llegadas.texto(), "0-1");
+    EXPECT_EQ(lote->nota().parte(Destino::kTexto).llegadas.texto(), "0-1");
+}
+
+TEST_F(PasoDeGuardadoPrueba, RowsThatJustFitAreNoError) {
+    ultima("=32766");
+    almacenar(2);
+    ejecutar();
+    EXPECT_EQ(celda(32767, 3), Variante(2));
+    EXPECT_TRUE(lote->llegado());
+}
+
+TEST_F(PasoDeGuardadoPrueba, SaysSoWhenFewerThan500RowsAreLeft) {
+    ultima("=32267");  // the last row but 500
+    almacenar(1);
+    ejecutar();
+    EXPECT_THAT(avisos, IsEmpty());
+    ASSERT_TRUE(saco.Guardo(PesadaDePrueba().datos()));
+    ejecutar();
+    EXPECT_THAT(avisos, ElementsAre(testing::HasSubstr("quedan 499 filas libres")));
 }
 
 TEST_F(PasoDeGuardadoPrueba, LooksForAnEmptyRowDownToTheLastOneOnly) {
@@ -308,7 +322,7 @@ TEST_F(PasoDeGuardadoPrueba, AppendsToAFileThatExists) {
     prueba::escribirFichero(texto, "antes");
     almacenar(1);
     ejecutar();
-    EXPECT_EQ(leerFichero(texto), "antes" + linea(1)) << "its bytes are nobody's business";
+    EXPECT_EQ(leerFichero(texto), "antes\r\n" + linea(1)) << "its last line had no end";
 }
 
 TEST_F(PasoDeGuardadoPrueba, KeepsThePlatesBytesInTheTextFile) {
@@ -345,8 +359,8 @@ TEST_F(PasoDeGuardadoPrueba, ARefusedCellEndsThePassAndTheLinesWrittenStay) {
     EXPECT_THROW(ejecutar(), excel::ErrorExcel);
     EXPECT_EQ(hoja().celdas.size(), 0U) << "the workbook is not saved";
     EXPECT_EQ(leerFichero(texto), linea(1));
-    EXPECT_FALSE(saco.Final()) << "the rest is still to be read";
-    EXPECT_EQ(excel().instanciasAbiertas, 1) << "its owner still holds the workbook";
+    EXPECT_EQ(lote->porLlegar(), 3U);
+    EXPECT_EQ(excel().instanciasAbiertas, 0) << "nothing keeps the workbook from others";
 }
 
 TEST_F(PasoDeGuardadoPrueba, AWorkbookThatCannotBeSavedLeavesTheLinesWritten) {
@@ -391,10 +405,9 @@ TEST_F(PasoDeGuardadoPrueba, DoesNotLeaveTheTextFileOpen) {
         return cuantos;
     };
     almacenar(2);
-    ASSERT_TRUE(saco.iniRecupero());
     const std::size_t antes = abiertos();
     excel().fallar("Range.FormulaR1C1=", "hoja protegida", 8 + 1);
-    EXPECT_THROW(PasoDeGuardado(plataforma, cfg, xcel, saco).ejecutar(), excel::ErrorExcel);
+    EXPECT_THROW(ejecutar(), excel::ErrorExcel);
     EXPECT_LE(abiertos(), antes);
 }
 
@@ -430,14 +443,16 @@ TEST_F(PasoDeGuardadoPrueba, ReadsTheSettingsAgainForEveryFrame) {
     EXPECT_EQ(leerFichero(texto), linea(1) + sinAlbaran + sinAlbaran);
 }
 
-TEST_F(PasoDeGuardadoPrueba, ATextDestinationSwitchedOnTooLateIsAnErrorNotASilence) {
+TEST_F(PasoDeGuardadoPrueba, TheDestinationsAreThoseSwitchedOnWhenThePassBegins) {
     sinTexto();
     almacenar(2);
     excel().alLlamar = [&](const std::string& llamada) {
         if (llamada.find("Range[1,8].FormulaR1C1=") == 0) cfg.UsoTexto(true);
     };
-    EXPECT_ANY_THROW(ejecutar());
-    EXPECT_EQ(hoja().celdas.size(), 0U);
+    ejecutar();
+    EXPECT_EQ(celda(2, 3), Variante(2));
+    EXPECT_TRUE(lote->llegado());
+    EXPECT_FALSE(std::filesystem::exists(texto));
 }
 
 TEST_F(PasoDeGuardadoPrueba, AWorksheetSwitchedOffMeanwhileIsNotSaved) {
@@ -449,6 +464,8 @@ TEST_F(PasoDeGuardadoPrueba, AWorksheetSwitchedOffMeanwhileIsNotSaved) {
     EXPECT_THAT(filas(), ElementsAre(1));
     EXPECT_EQ(hoja().celdas.size(), 0U);
     EXPECT_EQ(leerFichero(texto), linea(1) + linea(2));
+    EXPECT_EQ(lote->porLlegar(), 2U) << "they wait for it";
+    EXPECT_EQ(excel().instanciasAbiertas, 0);
 }
 
 }  // namespace

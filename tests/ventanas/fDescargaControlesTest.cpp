@@ -19,13 +19,6 @@ class fDescargaControles : public VentanaPrincipalDePrueba {
  protected:
     std::string enLaCarpeta(const char* nombre) const { return ficheros::aTexto(carpeta / nombre); }
     QCheckBox& casilla(const char* nombre) const { return control<QCheckBox>(nombre); }
-    /// The indicator has given one weighing, and its text file cannot be written.
-    void fallarAlGuardar() {
-        configurar("30;False", {"[Excel]", "Uso=False", "[Texto]", "Uso=True",
-                                "Destino=" + enLaCarpeta("no hay") + "/Pesadas.txt"});
-        abrir();
-        descargar(1);
-    }
 };
 
 TEST_F(fDescargaControles, CaptionsDescribeThePortAndTheDestinations) {
@@ -231,6 +224,27 @@ TEST_F(fDescargaControles, AHeldCountdownStaysHeldAfterACancelledDialog) {
     EXPECT_EQ(rotulo("lbSeg"), "(retenida)");
 }
 
+TEST_F(fDescargaControles, AHeldCountdownStaysHeldAfterAnAcceptedDialog) {
+    configurar("30;False");
+    abrir();
+    pulsarEtiqueta("lbAuto");
+    enDialogo<EdiCom>([&](EdiCom& d) {
+        prueba::escribir(d, "txAutom", "45");
+        prueba::pulsar(d, "Acepto");
+    });
+    elegir("MnComunica");
+    EXPECT_EQ(rotulo("lbSeg"), "(retenida)");
+    segundos(100);
+    EXPECT_FALSE(seVe("lbFase1"));
+    enDialogo<EdiCom>([&](EdiCom& d) {
+        prueba::pulsar(d, "ckAutom");
+        prueba::pulsar(d, "Acepto");
+    });
+    elegir("MnComunica");
+    EXPECT_EQ(rotulo("lbSeg"), "(deshabi.)") << "there is nothing left to hold";
+    ASSERT_EQ(dialogos, 2);
+}
+
 TEST_F(fDescargaControles, AnAcceptedCommunicationDialogIsStoredAndShown) {
     configurar("30;False");
     abrir();
@@ -324,53 +338,6 @@ TEST_F(fDescargaControles, TheMenuDownloadsAsTheButtonDoes) {
     elegir("mnDescarga");
     EXPECT_EQ(plataforma.puerto().enviado, prueba::kAck);
     EXPECT_TRUE(seVe("lbFase1"));
-}
-
-TEST_F(fDescargaControles, AFailedSavePassIsToldAndItsWeighingsAreKept) {
-    plataforma.horaActual = 45000.5;  // 15 March 2023, noon
-    fallarAlGuardar();
-    ASSERT_THAT(plataforma.mensajes, SizeIs(1));
-    EXPECT_THAT(plataforma.mensajes[0], StartsWith("No se han podido guardar las pesadas:\n"));
-    const auto copias = prueba::ficherosQueEmpiezan(carpeta.ruta(), "bnGuardo-");
-    ASSERT_THAT(copias, ElementsAre("bnGuardo-20230315-120000.txt"));
-    EXPECT_THAT(plataforma.mensajes[0], HasSubstr(enLaCarpeta(copias[0].c_str())));
-    EXPECT_THAT(prueba::leerFichero(carpeta / copias[0]), HasSubstr("1234BCD"));
-}
-
-TEST_F(fDescargaControles, TheWindowWorksOnAfterAFailedSavePass) {
-    fallarAlGuardar();
-    QApplication::processEvents();
-    EXPECT_TRUE(seVe("cmdDesc"));
-    EXPECT_TRUE(seVe("cmdCerr"));
-    EXPECT_FALSE(seVe("lbFase1"));
-    EXPECT_EQ(rotulo("lbSeg"), "30");
-    ASSERT_TRUE(std::filesystem::create_directory(carpeta / "no hay"));
-    descargar(2);
-    EXPECT_EQ(rotulo("lbResulBien"), "2 pesadas.\nRecibidas correctamente.");
-    EXPECT_THAT(prueba::leerFichero(carpeta / "no hay/Pesadas.txt"), HasSubstr(" 0000002 "));
-    EXPECT_THAT(plataforma.mensajes, SizeIs(1));
-    EXPECT_THAT(prueba::ficherosQueEmpiezan(carpeta.ruta(), "bnGuardo-"), SizeIs(1));
-}
-
-TEST_F(fDescargaControles, ADownloadThatWasCutOffIsToldAtTheNextStart) {
-    soloTexto("1;False");
-    prueba::escribirFichero(carpeta / "bnGuardo.marca", "");
-    prueba::escribirFichero(carpeta / "bnGuardo.txt", "una\r\notra\r\n");
-    abrir();
-    QApplication::processEvents();
-    const auto copias = prueba::ficherosQueEmpiezan(carpeta.ruta(), "bnGuardo-");
-    ASSERT_THAT(copias, SizeIs(1));
-    EXPECT_EQ(prueba::leerFichero(carpeta / copias[0]), "una\r\notra\r\n");
-    ASSERT_THAT(plataforma.mensajes, SizeIs(1));
-    EXPECT_THAT(plataforma.mensajes[0], HasSubstr("Las 2 pesadas"));
-    EXPECT_THAT(plataforma.mensajes[0], HasSubstr(enLaCarpeta(copias[0].c_str())));
-    segundos(1);
-    EXPECT_TRUE(seVe("lbFase1")) << "automatic downloads go on";
-    ventana.reset();
-    plataforma.mensajes.clear();
-    abrir();
-    QApplication::processEvents();
-    EXPECT_THAT(plataforma.mensajes, IsEmpty()) << "told once";
 }
 
 TEST_F(fDescargaControles, SettingsThatCannotBeUnderstoodStopTheStart) {
