@@ -34,8 +34,8 @@ VIAddVersionKey /LANG=3082 "LegalCopyright" "Licencia MIT"
 !insertmacro MUI_PAGE_INSTFILES
 !define MUI_FINISHPAGE_RUN "$INSTDIR\bnDX5.exe"
 !insertmacro MUI_PAGE_FINISH
-!define MUI_UNCONFIRMPAGE_TEXT_TOP "Se quitará el programa. Sus datos (ajustes, pesadas, copias de \
-seguridad) no se borran: quedan en la carpeta."
+!define MUI_UNCONFIRMPAGE_TEXT_TOP "Se quitará el programa. Sus datos (ajustes y \
+pesadas) no se borran: quedan en la carpeta."
 !insertmacro MUI_UNPAGE_CONFIRM
 !insertmacro MUI_UNPAGE_INSTFILES
 !insertmacro MUI_LANGUAGE "Spanish"

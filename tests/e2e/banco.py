@@ -15,6 +15,8 @@ import threading
 import time
 import unittest
 
+import linea
+
 PASO = 0.02  # seconds between two looks at a condition
 
 
@@ -80,6 +82,7 @@ class Banco:
         self.libro = self.carpeta / "Pesadas.xls"
         self.registro = self.carpeta / "registro"
         self.almacen = self.programa / "bnGuardo.txt"
+        self.nota = self.programa / "bnGuardo.nota"
         self.errores = self.carpeta / "errores"
         self._procesos = []
         self._programas = []
@@ -224,6 +227,11 @@ class Banco:
         programa.kill()
         programa.wait()
 
+    def terminar(self, programa):
+        """Asks the program to end, as the system does when it shuts down; returns its code."""
+        programa.terminate()
+        return self.acabado(programa)
+
     def acabado(self, programa):
         """Waits for a program that ends by itself, and returns its code."""
         self._programas.remove(programa)
@@ -236,13 +244,8 @@ class Banco:
                 raise AssertionError(f"the program has ended: {programa.returncode}")
 
     def ventanas(self):
-        """The program's visible windows: the main one and, above it, a message."""
+        """The program's visible windows: the main one and, where there is one, a message box."""
         return self.xdotool("search", "--onlyvisible", "--name", "^bnDX5$").split()
-
-    def cerrar_mensaje(self):
-        """Escape closes a message; the main window does not know it."""
-        for ventana in self.ventanas():
-            self.xdotool("key", "--window", ventana, "Escape")
 
     def xdotool(self, *argumentos):
         """What xdotool answers; nothing when it fails, for want of a window for one."""
@@ -259,10 +262,11 @@ class Banco:
         """How many whole lines the text destination holds."""
         return contenido(self.texto).count(b"\r\n")
 
-    def copias(self):
-        """What was put aside of stores that were cut off."""
-        nombre = re.compile(r"bnGuardo-\d{8}-\d{6}.*\.txt")
-        return sorted(f for f in self.programa.iterdir() if nombre.fullmatch(f.name))
+    def sobras(self):
+        """What stands in the program's folder beyond the program, its settings, and the store and
+        the note of the last download: weighings that wait, or something left behind."""
+        suyos = {"bnDX5", "bnDX5.exe", "bnDX5.ini", "bnDX5.lock", "bnGuardo.txt", "bnGuardo.nota"}
+        return sorted(f.name for f in self.programa.iterdir() if f.name not in suyos)
 
 
 class PruebaConBanco(unittest.TestCase):
@@ -294,6 +298,18 @@ class PruebaConBanco(unittest.TestCase):
             return condicion()
 
         return esperar(cumplida, segundos, que)
+
+    def comprobar_texto(self, cuantas):
+        """So many weighings were acknowledged, and all stand in the text file, once and in order;
+        nothing waits any more. Returns what stands there."""
+        self.esperar(lambda: self.banco.lineas_texto() >= cuantas, 20, "the weighings")
+        self.esperar(lambda: not self.banco.sobras(), 20, "the end of what was put aside")
+        reconocidas = self.banco.reconocidas()
+        self.assertEqual(len(reconocidas), cuantas)
+        escritas = contenido(self.banco.texto).splitlines(keepends=True)
+        todas = linea.repeticiones_posibles(reconocidas, escritas)
+        self.assertEqual(b"".join(escritas), linea.lineas(todas))
+        return todas
 
     def tearDown(self):
         self.banco.comprobar_vivos()

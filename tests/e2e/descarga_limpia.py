@@ -55,6 +55,19 @@ class DescargaLimpia(banco.PruebaConBanco):
         )
         self.assertEqual(simulador.resumen()["reconocidas"], 21)
 
+    def test_a_text_file_that_its_reader_takes_away_is_begun_anew(self):
+        self.banco.configurar()
+        self.banco.simular("--pesadas", 7, "--tandas", 3)
+        self.banco.arrancar()
+        llevadas = b""
+        for vuelta in range(1, 4):
+            self.esperar(lambda: self.banco.lineas_texto() == 7, 20, f"download {vuelta}")
+            llevadas += banco.contenido(self.banco.texto)
+            self.banco.texto.unlink()
+        self.esperar(lambda: not self.banco.sobras(), 10, "the end of what was put aside")
+        self.assertEqual(llevadas, linea.lineas(self.banco.reconocidas()))
+        self.assertFalse(self.banco.texto.exists())
+
     def test_an_empty_indicator_leaves_no_text_file(self):
         self.banco.configurar()
         simulador = self.banco.simular("--pesadas", 0)

@@ -64,13 +64,25 @@ def contenido_de(hoja):
     )
 
 
+def claves(un_banco, hoja="Pesadas"):
+    """The settings of the worksheet, written by the program itself."""
+    return {"Uso": "True", "Libro": un_banco.libro, "Hoja": hoja, "Motor": "interno"}
+
+
+def comprobar_filas(prueba, esperadas):
+    """These weighings, and no others, stand in the worksheet, from its first row on."""
+    vista = abrir(prueba.banco.libro).sheet_by_name("Pesadas")
+    prueba.assertEqual(vista.nrows, len(esperadas))
+    for i, datos in enumerate(esperadas):
+        prueba.assertEqual(redondeada(fila(vista, i)), redondeada(esperada(datos)), f"row {i + 1}")
+
+
 class HojaDeCalculo(banco.PruebaConBanco):
     def descargar(self, hoja, pesadas, ultima, tandas=1):
         """Runs until the row ultima (from 1) of the sheet is filled, and is the last filled one."""
         # No repeats: on a machine that stalls they would be taken for answers to the next frame.
         self.banco.configurar(
-            {"TimeOut": "3000;4"},
-            excel={"Uso": "True", "Libro": self.banco.libro, "Hoja": hoja, "Motor": "interno"},
+            {"TimeOut": "3000;4"}, excel=claves(self.banco, hoja)
         )
         simulador = self.banco.simular("--pesadas", pesadas, "--tandas", tandas)
         self.banco.arrancar()

@@ -58,3 +58,20 @@ def linea(datos, fecha=None):
 def lineas(reconocidas):
     """The whole text file."""
     return b"".join(linea(datos) for datos in reconocidas)
+
+
+def sin_albaran(datos):
+    """Whether a weighing has no number of its own. Sent again because its acknowledge was not heard,
+    such a one cannot be told from another just like it, and is kept twice rather than lost."""
+    return not _campo(datos, ENTEROS[0][0])
+
+
+def repeticiones_posibles(reconocidas, escritas):
+    """The acknowledged weighings, those without a number repeated as often as they stand, one behind
+    the other, in what was written."""
+    esperadas = []
+    for datos in reconocidas:
+        esperadas.append(datos)
+        while sin_albaran(datos) and escritas[len(esperadas) : len(esperadas) + 1] == [linea(datos)]:
+            esperadas.append(datos)
+    return esperadas

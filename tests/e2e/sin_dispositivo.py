@@ -8,9 +8,16 @@ import linea
 
 class SinDispositivo(banco.PruebaConBanco):
     def intentar(self, segundos=20):
-        """Starts the program and waits for its first attempt, which begins a new store."""
+        """Starts the program and waits for its first attempt, which begins a new note."""
         self.banco.arrancar()
-        self.esperar(self.banco.almacen.exists, segundos, "the first attempt")
+        self.esperar(self.banco.nota.exists, segundos, "the first attempt")
+
+    def esperar_otro_intento(self):
+        """The countdown starts anew only when the failed download has been shown."""
+        primera = self.banco.nota.stat().st_mtime_ns
+        self.esperar(
+            lambda: self.banco.nota.stat().st_mtime_ns > primera, 20, "the next attempt"
+        )
 
     def test_the_download_comes_when_the_port_comes(self):
         self.banco.configurar()
@@ -27,21 +34,14 @@ class SinDispositivo(banco.PruebaConBanco):
         fichero.write_bytes(b"intacto")
         self.banco.configurar(puerto=fichero)
         self.intentar()
-        primero = self.banco.almacen.stat().st_mtime_ns
-        self.esperar(
-            lambda: self.banco.almacen.stat().st_mtime_ns > primero, 20, "the next attempt"
-        )
+        self.esperar_otro_intento()
         self.assertEqual(fichero.read_bytes(), b"intacto")
         self.assertFalse(self.banco.texto.exists())
 
     def test_no_message_box_is_shown(self):
         self.banco.configurar()
         self.intentar()
-        primero = self.banco.almacen.stat().st_mtime_ns
-        # The countdown starts anew only when the failed download has been shown.
-        self.esperar(
-            lambda: self.banco.almacen.stat().st_mtime_ns > primero, 20, "the next attempt"
-        )
+        self.esperar_otro_intento()
         self.assertEqual(len(self.banco.ventanas()), 1)
 
 
