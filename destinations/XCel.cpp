@@ -141,8 +141,13 @@ bool XCel::abrirOSustituir(const std::string& libro) {
 /// An application that only says that it could not open a file leaves it to us to find out why.
 void XCel::clasificar(const std::string& libro, const std::string& descripcion) {
     const std::filesystem::path ruta = ficheros::aRuta(libro);
-    if (!ficheros::existe(plataforma_.disco(), ruta)) return;
-    const bool sano = plataforma_.esLibroSano(ruta);
+    bool sano = true;  // what the disk cannot show must not be taken for missing or damaged
+    try {
+        if (!ficheros::largo(plataforma_.disco(), ruta)) return;
+        sano = plataforma_.esLibroSano(ruta);
+    } catch (const ErrorFichero&) {
+        sano = true;
+    }
     enLugarDe_ = sano ? EnLugarDe::kSano : EnLugarDe::kDanado;
     motivo_ = "No se puede abrir el libro \"" + libro + "\": " + descripcion;
 }
