@@ -3,8 +3,6 @@
 
 #include <algorithm>
 #include <exception>
-#include <filesystem>
-#include <set>
 #include <utility>
 
 #include "app/Aspecto.h"
@@ -114,13 +112,12 @@ Puesto::Interior::Interior(Puesto& suyo, Plataforma& de)
     repaso->Enabled(true);
 }
 
-/// What killed saves have left half written.
+/// What killed saves have left half written beside the workbook; of the program's own folder the
+/// controller takes care, and beside the text file nothing is ever left.
 void Puesto::Interior::borrarRestos() {
-    std::set<std::filesystem::path> carpetas = {plataforma.carpetaPrograma()};
-    for (const std::string& destino : {cfg->LibroExcel(), cfg->ArchivoTexto()}) {
-        if (!destino.empty()) carpetas.insert(ficheros::aRuta(destino).parent_path());
-    }
-    for (const auto& carpeta : carpetas) ficheros::borrarTemporales(plataforma.disco(), carpeta);
+    const std::string libro = cfg->LibroExcel();
+    if (libro.empty()) return;
+    ficheros::borrarTemporales(plataforma.disco(), ficheros::aRuta(libro).parent_path());
 }
 
 /// What the program itself has switched off for want of a spreadsheet application comes back with
